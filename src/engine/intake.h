@@ -1,0 +1,92 @@
+#pragma once
+// NRCS intake families and the two ponding searches of the intake-family model.
+
+#include <array>
+#include <cmath>
+
+namespace rainfold {
+
+inline constexpr int kNSteps = 10; // equal sub-intervals of every time search
+
+// Elements 1..7 are the families "0.1" .. "3.0"; elements 0 and 8 are empty and read as 0.
+extern const std::array<double, 9> kIntakeK;
+extern const std::array<double, 9> kIntakeN;
+extern const std::array<const char*, 9> kIntakeFamilyName;
+
+// Status of one search pass.
+enum SearchStatus : int {
+    kNotStarted = 0,
+    kNoCrossing = 1, // the whole pass stepped through without a crossing
+    kCrossingInStep = 2,
+    kConverged = 3, // rates within 0.01 mm/h
+    kExactlyEqual = 4,
+};
+
+inline constexpr double kRateTolerance = 0.01; // mm/h, absolute
+
+// One pass of the onset search. On return t, a and D are those of the last step evaluated.
+void FindPondStart(double dt, double t0, double H, double K, double N, double S, double P,
+                   int& status, int& i, double& D, double& a, double& t);
+
+// One pass of the end-of-ponding search: the application rate against the capacity
+// K * (t - tshift)^N of the ponded soil.
+void FindPondEnd(double dt, double t0, double H, double P, double K, double N, double tshift,
+                 int& i, double& t, int& status);
+
+// A refinement narrows the step to a tenth each round, so a few dozen rounds reach the limits of
+// double precision; this bound only guards against a pass that can never settle.
+inline constexpr int kMaxRefinements = 400;
+[[noreturn]] void ThrowSearchDidNotSettle();
+
+// One pass of the end-of-ponding search for any capacity fc(t) of the ponded soil.
+template <class Capacity>
+void PondEndPass(double dt, double t0, double H, double P, const Capacity& fc, int& i, double& t,
+                 int& status) {
+    for (i = 1; i <= kNSteps; ++i) {
+        t = t0 + i * dt;
+        if (t > 2 * H) {
+            status = kCrossingInStep; // the pass ends inside this step
+            return;
+        }
+        const double under = 2 * t * H - t * t;
+        const double a = P * std::sqrt(under < 0 ? 0.0 : under);
+        const double f = fc(t);
+        if (a == f) {
+            status = kExactlyEqual;
+            return;
+        }
+        if (std::fabs(a - f) <= kRateTolerance) {
+            status = kConverged;
+            return;
+        }
+        if (f > a) {
+            status = kCrossingInStep;
+            return;
+        }
+    }
+    status = kNoCrossing;
+}
+
+// The end-of-ponding search from the ponding time tp: NSteps steps to the end of the pass, the
+// step holding the crossing refined into NSteps steps again until the rates agree. Returns the
+// end of ponding, 0 when the final status is kNoCrossing.
+template <class Capacity>
+double SearchPondEnd(double tp, double H, double P, const Capacity& fc, int& status) {
+    double t0 = tp;
+    double dt = (2 * H - tp) / kNSteps;
+    double t = 0;
+    int i = 0;
+    status = kCrossingInStep;
+    for (int round = 0; status == kCrossingInStep || status == kExactlyEqual; ++round) {
+        if (round > 0) {
+            t0 = t0 + (i - 1) * dt;
+            dt = dt / kNSteps;
+        }
+        if (round > kMaxRefinements)
+            ThrowSearchDidNotSettle();
+        PondEndPass(dt, t0, H, P, fc, i, t, status);
+    }
+    return status == kNoCrossing ? 0.0 : t;
+}
+
+} // namespace rainfold
