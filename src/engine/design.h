@@ -47,8 +47,8 @@ struct DesignRecord {
 
     // Surface storage
     int surfaceOption = kConstantSlopeResidue;
-    std::string txtSurfStore; // % slope or surface storage (in)
-    std::string txtResidue;   // % residue or residue storage (in)
+    std::string txtSurfStore;              // % slope or surface storage (in)
+    std::string txtResidue;                // % residue or residue storage (in)
     std::array<SegmentRow, 10> segments{}; // rows 1..10 of the segment table
 
     // Green-Ampt parameters

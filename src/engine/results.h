@@ -11,7 +11,9 @@ namespace rainfold {
 
 // One result value; std::nullopt marks an element never written. Empty reads as 0.
 using Cell = std::optional<double>;
-inline double Read(const Cell& c) { return c.value_or(0.0); }
+inline double Read(const Cell& c) {
+    return c.value_or(0.0);
+}
 
 // A fixed-size three-index array with lower bound 0 in every dimension, indexed
 // (capacity case, position, family slot) as declared: (0 To A-1, 0 To B-1, 0 To C-1).

@@ -36,6 +36,10 @@ struct ResultsPage {
 // Green-Ampt switch on the page shows the Green-Ampt results, element 1, whatever the slot.
 ResultsPage BuildResultsPage(const DesignRecord& design, const Results& results, int slot);
 
+// The family slot the results page opens on: the chosen family in the middle, except at the ends
+// of the family list ("0.1" opens on slot 1, "3.0" on slot 3).
+int InitialSlot(int listIndex);
+
 // Caption of a family slot's curve: "1.0 NRCS Intake Family", "Customized Values", ...
 std::string SlotFamilyName(int listIndex, int slot);
 
