@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Installs the Debian packages Rainfold builds with, when any is missing, then configures and
+# builds the project in build/. Sourced by tools/run and tools/test.
+set -euo pipefail
+
+RAINFOLD_ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+RAINFOLD_BUILD="${RAINFOLD_BUILD:-$RAINFOLD_ROOT/build}"
+RAINFOLD_JOBS="${RAINFOLD_JOBS:-$(nproc)}"
+
+packages=(cmake g++ make qt6-base-dev qt6-charts-dev libgl-dev libgtest-dev libbenchmark-dev
+          xvfb xauth python3 poppler-utils fonts-dejavu-core)
+
+missing=()
+for p in "${packages[@]}"; do
+    dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+done
+if ((${#missing[@]})); then
+    echo "Installing: ${missing[*]}"
+    sudo_cmd=()
+    [ "$(id -u)" -eq 0 ] || sudo_cmd=(sudo)
+    "${sudo_cmd[@]}" apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive "${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends \
+        "${missing[@]}"
+fi
+
+cmake -S "$RAINFOLD_ROOT" -B "$RAINFOLD_BUILD" -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+cmake --build "$RAINFOLD_BUILD" -j "$RAINFOLD_JOBS"
