@@ -1,1 +1,296 @@
+// The runoff computation from a design to the results record.
+
+#include "calc.h"
+#include "pattern.h"
+
 #include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <string>
+
+namespace rainfold {
+namespace {
+
+struct RefDesign {
+    const char *syl, *gpm, *appl, *wet;
+    int index;
+    const char *uk, *un;
+    int option;
+    const char *store, *residue;
+    std::array<std::array<const char*, 2>, 10> rows;
+};
+struct RefRow {
+    int design, c, j, m;
+    double hours, peak, half;
+    int flag;
+    double start, end, pct;
+};
+#include "../data/reference_runoff.inc"
+
+DesignRecord FromRef(const RefDesign& r) {
+    DesignRecord d;
+    d.txtSYL = r.syl;
+    d.txtGPM = r.gpm;
+    d.txtAPPL = r.appl;
+    d.txtWetDiam = r.wet;
+    d.intakeFamilyIndex = r.index;
+    d.txtUk = r.uk;
+    d.txtUN = r.un;
+    d.surfaceOption = r.option;
+    d.txtSurfStore = r.store;
+    d.txtResidue = r.residue;
+    for (int i = 0; i < 10; ++i)
+        d.segments[i] = {r.rows[i][0], r.rows[i][1]};
+    return d;
+}
+
+// A design that ponds and runs off at most positions (reference design 0).
+DesignRecord Base(int listIndex = 3) {
+    DesignRecord d = FromRef(kRefDesigns[0]);
+    d.intakeFamilyIndex = listIndex;
+    return d;
+}
+
+Results Compute(const DesignRecord& d, CalcStatus expected = CalcStatus::Ok) {
+    Results r;
+    const CalcOutcome out = Calc_Results(d, r);
+    EXPECT_EQ(out.status, expected) << out.message;
+    return r;
+}
+
+void ExpectClose(const Cell& got, double expected, const char* what, const RefRow& row) {
+    ASSERT_TRUE(got.has_value()) << what;
+    const double tol = expected == 0 ? 0.0 : 1e-9 * std::fabs(expected);
+    EXPECT_NEAR(*got, expected, tol) << what << " design " << row.design << " case " << row.c
+                                     << " position " << row.j << " slot " << row.m;
+}
+
+TEST(CalcResults, MatchesIndependentRecomputation) {
+    for (int n = 0; n < static_cast<int>(std::size(kRefDesigns)); ++n) {
+        const Results r = Compute(FromRef(kRefDesigns[n]));
+        for (const RefRow& row : kRefRows) {
+            if (row.design != n)
+                continue;
+            ExpectClose(r.HoursPerRev[row.c], row.hours, "HoursPerRev", row);
+            ExpectClose(r.PeakRate.at(row.c, row.j, row.m), row.peak, "PeakRate", row);
+            ExpectClose(r.HalfTime.at(row.c, row.j, row.m), row.half, "HalfTime", row);
+            ExpectClose(r.PondFlag.at(row.c, row.j, row.m), row.flag, "PondFlag", row);
+            ExpectClose(r.PondStart.at(row.c, row.j, row.m), row.start, "PondStart", row);
+            ExpectClose(r.PondEnd.at(row.c, row.j, row.m), row.end, "PondEnd", row);
+            ExpectClose(r.PctRunoff.at(row.c, row.j, row.m), row.pct, "PctRunoff", row);
+        }
+    }
+}
+
+TEST(ReadEngineInputs, UnitConversions) {
+    const struct {
+        const char *syl, *gpm, *appl, *wet;
+        int index;
+        EngineInputs expected;
+    } cases[] = {
+        {"1320", "900", "1", "60", 3, {402.336, 44.163, 25.4, 9.144, 4}},
+        {"1000", "200", "2.5", "1.0", 0, {304.8, 0, 63.5, 0.16764, 1}},    // raised to 1.1 ft
+        {"1000", "200", "2.5", "1.09", 7, {304.8, 0, 63.5, 0.16764, 8}},   // raised to 1.1 ft
+        {"1000", "100", "0", "1.12", -1, {304.8, -6.309, 0, 0.170688, 0}}, // 0.56 ft kept
+        {"", "abc", "1in", " 40 ft", 6, {0, -12.618, 25.4, 6.096, 7}},
+    };
+    for (const auto& c : cases) {
+        DesignRecord d;
+        d.txtSYL = c.syl;
+        d.txtGPM = c.gpm;
+        d.txtAPPL = c.appl;
+        d.txtWetDiam = c.wet;
+        d.intakeFamilyIndex = c.index;
+        const EngineInputs e = ReadEngineInputs(d);
+        EXPECT_NEAR(e.L, c.expected.L, 1e-12) << c.syl;
+        EXPECT_NEAR(e.Q0, c.expected.Q0, 1e-12) << c.gpm;
+        EXPECT_NEAR(e.d, c.expected.d, 1e-12) << c.appl;
+        EXPECT_NEAR(e.R, c.expected.R, 1e-12) << c.wet;
+        EXPECT_EQ(e.F, c.expected.F) << c.index;
+    }
+}
+
+TEST(CalcResults, CaseFlowsAndPattern) {
+    // L = 400 m, 800 gpm (case 2 = 50.472 L/s), 100 ft diameter (R = 15.24 m), 1 in.
+    DesignRecord d = Base();
+    d.txtSYL = "1312.3359580052494";
+    d.txtGPM = "800";
+    d.txtWetDiam = "100";
+    const Results r = Compute(d);
+    EXPECT_NEAR(Read(r.PeakRate.at(2, 10, 2)), 37.95, 0.005); // 4584*50.472*400/(400^2*15.24)
+    const double area = kPi * 400 * 400 / 10000;              // ha
+    const double flows[] = {0, 44.163, 50.472, 56.781};       // 700, 800, 900 gpm
+    for (int c = 1; c <= 3; ++c) {
+        EXPECT_NEAR(Read(r.HoursPerRev[c]), 2.7777 * area * 25.4 / flows[c], 1e-9);
+        EXPECT_FALSE(r.CaseSpare1[c].has_value());
+        EXPECT_FALSE(r.CaseSpare2[c].has_value());
+        for (int j = 1; j <= 10; ++j) {
+            // Nearer the centre: peak rate in proportion to the radius, half time inversely.
+            EXPECT_NEAR(Read(r.PeakRate.at(c, j, 1)), Read(r.PeakRate.at(c, 10, 1)) * j / 10, 1e-9);
+            EXPECT_NEAR(Read(r.HalfTime.at(c, j, 3)), Read(r.HalfTime.at(c, 10, 3)) * 10 / j, 1e-9);
+        }
+    }
+    // 200 gpm: the reduced flow is 0, yet the cases run at 100, 200 and 300 gpm.
+    d.txtGPM = "200";
+    const Results low = Compute(d);
+    const double lowFlows[] = {0, 6.309, 12.618, 18.927};
+    for (int c = 1; c <= 3; ++c)
+        EXPECT_NEAR(Read(low.HoursPerRev[c]) * lowFlows[c], 2.7777 * area * 25.4, 1e-8);
+}
+
+// Same family in two runs: every result of the two slots agrees.
+void ExpectSameSlot(const Results& a, int slotA, const Results& b, int slotB, const char* what) {
+    for (int c = 1; c <= 3; ++c)
+        for (int j = 1; j <= 10; ++j) {
+            EXPECT_EQ(a.PondFlag.at(c, j, slotA), b.PondFlag.at(c, j, slotB)) << what;
+            EXPECT_EQ(a.PondStart.at(c, j, slotA), b.PondStart.at(c, j, slotB)) << what;
+            EXPECT_EQ(a.PondEnd.at(c, j, slotA), b.PondEnd.at(c, j, slotB)) << what;
+            EXPECT_EQ(a.PctRunoff.at(c, j, slotA), b.PctRunoff.at(c, j, slotB)) << what;
+        }
+}
+
+TEST(CalcResults, SlotFamilies) {
+    EXPECT_EQ(SlotFamily(1, 1), 1);
+    EXPECT_EQ(SlotFamily(1, 3), 3);
+    EXPECT_EQ(SlotFamily(4, 1), 3);
+    EXPECT_EQ(SlotFamily(4, 3), 5);
+    EXPECT_EQ(SlotFamily(7, 1), 5);
+    EXPECT_EQ(SlotFamily(7, 3), 7);
+    EXPECT_EQ(SlotFamily(8, 1), 7);
+
+    Results byIndex[7];
+    for (int i = 0; i < 7; ++i)
+        byIndex[i] = Compute(Base(i));
+    for (int s = 1; s <= 3; ++s) {
+        ExpectSameSlot(byIndex[0], s, byIndex[1], s, "0.1 and 0.3 both use families 1, 2, 3");
+        ExpectSameSlot(byIndex[6], s, byIndex[5], s, "3.0 and 2.0 both use families 5, 6, 7");
+    }
+    ExpectSameSlot(byIndex[3], 1, byIndex[2], 2, "family 3");
+    ExpectSameSlot(byIndex[3], 3, byIndex[4], 2, "family 5");
+
+    // "Customized Values" with family 4's own K and N: slot 1 is family 7, slot 2 the typed
+    // values, slot 3 is not computed.
+    DesignRecord custom = Base(kCustomizedValuesIndex);
+    custom.txtUk = "34.163";
+    custom.txtUN = "-0.345";
+    const Results r = Compute(custom);
+    EXPECT_EQ(Read(r.UserK), 34.163);
+    EXPECT_EQ(Read(r.UserN), -0.345);
+    ExpectSameSlot(r, 1, byIndex[6], 3, "slot 1 of customised values");
+    ExpectSameSlot(r, 2, byIndex[3], 2, "typed K and N");
+    for (int c = 1; c <= 3; ++c)
+        for (int j = 1; j <= 10; ++j) {
+            EXPECT_FALSE(r.PctRunoff.at(c, j, 3).has_value());
+            EXPECT_FALSE(r.PeakRate.at(c, j, 3).has_value());
+        }
+    EXPECT_EQ(Read(byIndex[3].UserK), 0.0); // typed values are ignored for a listed family
+    EXPECT_EQ(Read(byIndex[3].UserN), 0.0);
+}
+
+TEST(CalcResults, CustomisedZeroKOrNIsAFault) {
+    const std::pair<const char*, const char*> cases[] = {{"0", "-0.4"}, {"20", "0"}, {"", ""}};
+    for (const auto& [k, n] : cases) {
+        DesignRecord d = Base(kCustomizedValuesIndex);
+        d.txtUk = k;
+        d.txtUN = n;
+        Results r;
+        const CalcOutcome out = Calc_Results(d, r);
+        EXPECT_EQ(out.status, CalcStatus::Fault) << k << "/" << n;
+        EXPECT_EQ(out.message, "K and N must not be 0 for Customized Values.");
+    }
+}
+
+TEST(CalcResults, SurfaceStoragePerOption) {
+    const struct {
+        int option;
+        const char *store, *residue, *col1, *col2;
+        double mm; // every segment
+    } cases[] = {
+        {kConstantSlopeResidue, "2", "25", "9", "9", 25.4 * 0.33},
+        {kVariableSlopeResidue, "9", "9", "4", "65", 25.4 * 0.34},
+        {kUserConstant, "0.2", "0.3", "9", "9", 12.7},
+        {kUserVariable, "9", "9", "0.2", "0.3", 5.08}, // the residue column is not added
+    };
+    for (const auto& c : cases) {
+        DesignRecord d = Base();
+        d.surfaceOption = c.option;
+        d.txtSurfStore = c.store;
+        d.txtResidue = c.residue;
+        for (SegmentRow& row : d.segments)
+            row = {c.col1, c.col2};
+        const Results r = Compute(d);
+        for (int i = 1; i <= 10; ++i)
+            EXPECT_NEAR(Read(r.SurfStore[i]), c.mm, 1e-12) << "option " << c.option;
+    }
+    DesignRecord d = Base();
+    d.surfaceOption = kVariableSlopeResidue;
+    const double slope[] = {0.5, 1, 2, 3, 4, 5, 6, 1, 1, 1};
+    const double residue[] = {5, 10, 15, 20, 35, 45, 55, 65, 75, 30};
+    const double inches[] = {0.5, 0.5, 0.31, 0.31, 0.17, 0.22, 0.18, 0.74, 0.85, 0.53};
+    for (int i = 0; i < 10; ++i)
+        d.segments[i] = {std::to_string(slope[i]), std::to_string(residue[i])};
+    const Results r = Compute(d);
+    for (int i = 1; i <= 10; ++i)
+        EXPECT_NEAR(Read(r.SurfStore[i]), 25.4 * inches[i - 1], 1e-12) << "segment " << i;
+}
+
+TEST(CalcResults, NoFamilyLeavesResultsUntouched) {
+    Results r = Compute(Base());
+    const Results before = r;
+    const CalcOutcome out = Calc_Results(Base(-1), r);
+    EXPECT_EQ(out.status, CalcStatus::NoFamily);
+    EXPECT_EQ(out.message, "Please select an Intake Family");
+    ExpectSameSlot(r, 2, before, 2, "untouched");
+}
+
+TEST(CalcResults, SecondRunKeepsWhatItDoesNotReach) {
+    Results r = Compute(Base(3));
+    const Results first = r;
+    DesignRecord custom = Base(kCustomizedValuesIndex);
+    custom.txtUk = "20";
+    custom.txtUN = "-0.4";
+    ASSERT_TRUE(Calc_Results(custom, r).ok());
+    ExpectSameSlot(r, 3, first, 3, "slot 3 kept from the first run");
+    ExpectSameSlot(r, 1, Compute(Base(6)), 3, "slot 1 overwritten with family 7");
+    EXPECT_NE(r.PondStart.at(2, 10, 2), first.PondStart.at(2, 10, 2));
+}
+
+TEST(CalcResults, FaultsAreReportedNeverNaN) {
+    const struct {
+        const char *syl, *gpm, *wet;
+        bool mustFault;
+    } cases[] = {
+        {"0", "900", "60", true},       // no length: 0 / 0 in the peak rate
+        {"", "900", "60", true},        // blank reads as 0
+        {"1320", "100", "60", false},   // first case flow (almost) 0
+        {"1320", "50", "60", false},    // first case flow negative
+        {"1320", "900", "0", false},    // diameter raised to 1.1 ft
+        {"3000", "3000", "150", false}, // limits of the checks
+    };
+    for (const auto& c : cases) {
+        DesignRecord d = Base();
+        d.txtSYL = c.syl;
+        d.txtGPM = c.gpm;
+        d.txtWetDiam = c.wet;
+        Results r;
+        CalcOutcome out;
+        ASSERT_NO_THROW(out = Calc_Results(d, r)) << c.syl << " " << c.gpm;
+        if (c.mustFault) {
+            EXPECT_EQ(out.status, CalcStatus::Fault) << c.syl;
+        }
+        if (!out.ok()) {
+            EXPECT_FALSE(out.message.empty());
+        }
+        for (int k = 1; k <= 3; ++k)
+            for (int j = 1; j <= 10; ++j)
+                for (int m = 1; m <= 3; ++m)
+                    for (const SlotArray* a :
+                         {&r.PeakRate, &r.HalfTime, &r.PondStart, &r.PondEnd, &r.PctRunoff})
+                        EXPECT_TRUE(std::isfinite(Read(a->at(k, j, m))))
+                            << c.syl << " " << c.gpm << " " << c.wet;
+    }
+}
+
+} // namespace
+} // namespace rainfold
