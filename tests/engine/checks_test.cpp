@@ -4,298 +4,159 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace rainfold {
 namespace {
 
-DesignRecord Valid() {
-    DesignRecord d;
-    d.txtSYL = "1320";
-    d.txtGPM = "900";
-    d.txtAPPL = "1";
-    d.txtWetDiam = "60";
-    d.intakeFamilyIndex = 3;
-    d.surfaceOption = kConstantSlopeResidue;
-    d.txtSurfStore = "2";
-    d.txtResidue = "30";
-    d.txtKS = "10";
-    d.txtHW = "110";
-    d.txtThetaS = "0.45";
-    d.txtThetaI = "0.25";
-    d.txtOmega = ".0002";
-    return d;
-}
+using Field = std::string DesignRecord::*;
+
+struct Case {
+    std::vector<std::pair<Field, const char*>> set; // changes to a valid design
+    std::vector<CheckFailure> expected;
+    int option = kConstantSlopeResidue;
+    bool greenAmpt = false;
+    int family = 3;
+};
 
 CheckFailure Err(const char* field, const char* text) {
     return {field, CheckKind::Error, text};
 }
-CheckFailure Warn(const char* field, const std::string& text) {
-    return {field, CheckKind::Warning, text};
+CheckFailure Warn(const char* field, const std::string& prefix, const char* typed,
+                  const char* suffix = " is excessive.  Press OK to proceed or Cancel to edit.") {
+    return {field, CheckKind::Warning, prefix + typed + suffix};
 }
-
-const char* const kEdit = " is excessive.  Press OK to proceed or Cancel to edit.";
-
-struct Case {
-    const char* what;
-    std::function<void(DesignRecord&)> edit;
-    std::vector<CheckFailure> expected;
-};
 
 void Expect(const std::vector<Case>& cases) {
     for (const Case& c : cases) {
-        DesignRecord d = Valid();
-        c.edit(d);
+        DesignRecord d;
+        d.txtSYL = "1320";
+        d.txtGPM = "900";
+        d.txtAPPL = "1";
+        d.txtWetDiam = "60";
+        d.txtSurfStore = "2";
+        d.txtResidue = "30";
+        d.txtKS = "10";
+        d.txtHW = "110";
+        d.txtThetaS = "0.45";
+        d.txtThetaI = "0.25";
+        d.txtOmega = ".0002";
+        d.intakeFamilyIndex = c.family;
+        d.surfaceOption = c.option;
+        d.greenAmpt = c.greenAmpt;
+        std::string what = "option " + std::to_string(c.option) + ":";
+        for (const auto& [field, text] : c.set) {
+            d.*field = text;
+            what += std::string(" '") + text + "'";
+        }
         const std::vector<CheckFailure> got = CheckDesign(d);
-        ASSERT_EQ(got.size(), c.expected.size()) << c.what;
+        ASSERT_EQ(got.size(), c.expected.size()) << what;
         for (size_t i = 0; i < got.size(); ++i) {
-            EXPECT_EQ(got[i].field, c.expected[i].field) << c.what;
-            EXPECT_EQ(got[i].kind, c.expected[i].kind) << c.what;
-            EXPECT_EQ(got[i].message, c.expected[i].message) << c.what;
+            EXPECT_EQ(got[i].field, c.expected[i].field) << what;
+            EXPECT_EQ(got[i].kind, c.expected[i].kind) << what;
+            EXPECT_EQ(got[i].message, c.expected[i].message) << what;
         }
     }
 }
 
+const Field SYL = &DesignRecord::txtSYL, GPM = &DesignRecord::txtGPM, APPL = &DesignRecord::txtAPPL,
+            DIAM = &DesignRecord::txtWetDiam, STORE = &DesignRecord::txtSurfStore,
+            RESIDUE = &DesignRecord::txtResidue, KS = &DesignRecord::txtKS,
+            HW = &DesignRecord::txtHW, TS = &DesignRecord::txtThetaS, TI = &DesignRecord::txtThetaI,
+            OMEGA = &DesignRecord::txtOmega;
+
 TEST(CheckDesign, SystemFields) {
-    const std::string syl = std::string(" feet") + kEdit;
+    const char* length = "Invalid system length.";
     Expect({
-        {"valid design", [](DesignRecord&) {}, {}},
-        {"limits pass",
-         [](DesignRecord& d) {
-             d.txtSYL = "150";
-             d.txtGPM = "3000";
-             d.txtAPPL = "0.25";
-             d.txtWetDiam = "150";
-         },
-         {}},
-        {"length 149.9",
-         [](DesignRecord& d) { d.txtSYL = "149.9"; },
-         {Err("txtSYL", "Invalid system length.")}},
-        {"length blank",
-         [](DesignRecord& d) { d.txtSYL = "   "; },
-         {Err("txtSYL", "Invalid system length.")}},
-        {"length letters",
-         [](DesignRecord& d) { d.txtSYL = "abc"; },
-         {Err("txtSYL", "Invalid system length.")}},
-        {"length negative",
-         [](DesignRecord& d) { d.txtSYL = "-5000"; },
-         {Err("txtSYL", "Invalid system length.")}},
-        {"length 3000.01",
-         [](DesignRecord& d) { d.txtSYL = "3000.01"; },
-         {Warn("txtSYL", "System length of  3000.01" + syl)}},
-        {"warning quotes the text",
-         [](DesignRecord& d) { d.txtSYL = "3500 ft"; },
-         {Warn("txtSYL", "System length of  3500 ft" + syl)}},
-        {"leading number read", [](DesignRecord& d) { d.txtSYL = " 1320abc"; }, {}},
-        {"capacity 99",
-         [](DesignRecord& d) { d.txtGPM = "99"; },
-         {Err("txtGPM", "Invalid system capacity.")}},
-        {"capacity 3001",
-         [](DesignRecord& d) { d.txtGPM = "3001"; },
-         {Warn("txtGPM", std::string("System capacity of  3001 gpm") + kEdit)}},
-        {"application 0.2",
-         [](DesignRecord& d) { d.txtAPPL = "0.2"; },
-         {Err("txtAPPL", "Invalid application amount.")}},
-        {"application 4",
-         [](DesignRecord& d) { d.txtAPPL = "4"; },
-         {Warn("txtAPPL", std::string("Application rate of  4 inches") + kEdit)}},
-        {"diameter 0.9",
-         [](DesignRecord& d) { d.txtWetDiam = "0.9"; },
-         {Err("txtWetDiam", "Invalid wetted diameter.")}},
-        {"diameter 1", [](DesignRecord& d) { d.txtWetDiam = "1"; }, {}},
-        {"diameter 151",
-         [](DesignRecord& d) { d.txtWetDiam = "151"; },
-         {Warn("txtWetDiam", std::string("Wetted diameter of  151 feet") + kEdit)}},
-        {"no family",
-         [](DesignRecord& d) { d.intakeFamilyIndex = -1; },
-         {Err("cboIntakeFamily", "Please select an Intake Family")}},
-        {"customised family needs no K/N check",
-         [](DesignRecord& d) {
-             d.intakeFamilyIndex = 7;
-             d.txtUk = "";
-         },
-         {}},
+        {{}, {}},
+        {{{SYL, "150"}, {GPM, "3000"}, {APPL, "0.25"}, {DIAM, "150"}}, {}}, // limits pass
+        {{{SYL, "149.9"}}, {Err("txtSYL", length)}},
+        {{{SYL, "   "}}, {Err("txtSYL", length)}},
+        {{{SYL, "abc"}}, {Err("txtSYL", length)}},
+        {{{SYL, "-5000"}}, {Err("txtSYL", length)}},
+        {{{SYL, "3000.01"}}, {Warn("txtSYL", "System length of  ", "3000.01 feet")}},
+        // The warning quotes the text as typed, unit word and all.
+        {{{SYL, "3500 ft"}}, {Warn("txtSYL", "System length of  ", "3500 ft feet")}},
+        {{{SYL, " 1320abc"}}, {}},
+        {{{GPM, "99"}}, {Err("txtGPM", "Invalid system capacity.")}},
+        {{{GPM, "3001"}}, {Warn("txtGPM", "System capacity of  ", "3001 gpm")}},
+        {{{APPL, "0.2"}}, {Err("txtAPPL", "Invalid application amount.")}},
+        {{{APPL, "4"}}, {Warn("txtAPPL", "Application rate of  ", "4 inches")}},
+        {{{DIAM, "0.9"}}, {Err("txtWetDiam", "Invalid wetted diameter.")}},
+        {{{DIAM, "1"}}, {}},
+        {{{DIAM, "151"}}, {Warn("txtWetDiam", "Wetted diameter of  ", "151 feet")}},
+        {{}, {Err("cboIntakeFamily", "Please select an Intake Family")}, 0, false, -1},
+        {{{&DesignRecord::txtUk, ""}}, {}, 0, false, kCustomizedValuesIndex},
     });
 }
 
-TEST(CheckDesign, OrderWarningsAccumulateErrorEndsTheList) {
+TEST(CheckDesign, WarningsAccumulateAndTheFirstErrorEndsTheList) {
     Expect({
-        {"warnings then an error",
-         [](DesignRecord& d) {
-             d.txtSYL = "4000";
-             d.txtGPM = "3500";
-             d.txtAPPL = "";
-             d.txtWetDiam = "0";
-             d.intakeFamilyIndex = -1;
-         },
-         {Warn("txtSYL", std::string("System length of  4000 feet") + kEdit),
-          Warn("txtGPM", std::string("System capacity of  3500 gpm") + kEdit),
-          Err("txtAPPL", "Invalid application amount.")}},
-        {"first error only",
-         [](DesignRecord& d) {
-             d.txtSYL = "";
-             d.txtGPM = "";
-         },
-         {Err("txtSYL", "Invalid system length.")}},
-        {"storage before family",
-         [](DesignRecord& d) {
-             d.txtSurfStore = "50";
-             d.intakeFamilyIndex = -1;
-         },
-         {Err("txtSurfStore", "Invalid percent slope.")}},
-        {"family before Green-Ampt",
-         [](DesignRecord& d) {
-             d.greenAmpt = true;
-             d.txtKS = "";
-             d.intakeFamilyIndex = -1;
-         },
-         {Err("cboIntakeFamily", "Please select an Intake Family")}},
+        {{{SYL, "4000"}, {GPM, "3500"}, {APPL, ""}, {DIAM, "0"}},
+         {Warn("txtSYL", "System length of  ", "4000 feet"),
+          Warn("txtGPM", "System capacity of  ", "3500 gpm"),
+          Err("txtAPPL", "Invalid application amount.")},
+         0,
+         false,
+         -1},
+        {{{SYL, ""}, {GPM, ""}}, {Err("txtSYL", "Invalid system length.")}},
+        {{{STORE, "50"}}, {Err("txtSurfStore", "Invalid percent slope.")}, 0, false, -1},
+        {{{KS, ""}}, {Err("cboIntakeFamily", "Please select an Intake Family")}, 0, true, -1},
     });
 }
 
 TEST(CheckDesign, SurfaceStorageByOption) {
+    const char* slope = "Invalid percent slope.";
+    const char* residue = "Invalid percent residue.";
+    const int userConstant = kUserConstant;
     Expect({
-        // "Constant % Slope/Residue": out of range is an error both ways.
-        {"slope 0.1", [](DesignRecord& d) { d.txtSurfStore = "0.1"; }, {}},
-        {"slope 0.05",
-         [](DesignRecord& d) { d.txtSurfStore = "0.05"; },
-         {Err("txtSurfStore", "Invalid percent slope.")}},
-        {"slope 45",
-         [](DesignRecord& d) { d.txtSurfStore = "45"; },
-         {Err("txtSurfStore", "Invalid percent slope.")}},
-        {"slope blank",
-         [](DesignRecord& d) { d.txtSurfStore = ""; },
-         {Err("txtSurfStore", "Invalid percent slope.")}},
-        {"residue 100", [](DesignRecord& d) { d.txtResidue = "100"; }, {}},
-        {"residue 101",
-         [](DesignRecord& d) { d.txtResidue = "101"; },
-         {Err("txtResidue", "Invalid percent residue.")}},
-        {"residue -1",
-         [](DesignRecord& d) { d.txtResidue = "-1"; },
-         {Err("txtResidue", "Invalid percent residue.")}},
+        // Percent slope and residue: out of range is an error both ways.
+        {{{STORE, "0.1"}}, {}},
+        {{{STORE, "0.05"}}, {Err("txtSurfStore", slope)}},
+        {{{STORE, "45"}}, {Err("txtSurfStore", slope)}},
+        {{{STORE, ""}}, {Err("txtSurfStore", slope)}},
+        {{{RESIDUE, "100"}}, {}},
+        {{{RESIDUE, "101"}}, {Err("txtResidue", residue)}},
+        {{{RESIDUE, "-1"}}, {Err("txtResidue", residue)}},
+        {{{RESIDUE, " "}}, {Err("txtResidue", residue)}},
         // Letters read 0, which is not below the low limit 0: only blank text fails.
-        {"residue letters", [](DesignRecord& d) { d.txtResidue = "none"; }, {}},
-        {"residue blank",
-         [](DesignRecord& d) { d.txtResidue = " "; },
-         {Err("txtResidue", "Invalid percent residue.")}},
-        // "User Defined (Constant)": warnings above the limit, "percent slope" for both fields.
-        {"storage 0.5 / 0.4",
-         [](DesignRecord& d) {
-             d.surfaceOption = kUserConstant;
-             d.txtSurfStore = "0.5";
-             d.txtResidue = "0.4";
-         },
-         {}},
-        {"storage 0",
-         [](DesignRecord& d) {
-             d.surfaceOption = kUserConstant;
-             d.txtSurfStore = "0";
-             d.txtResidue = "0";
-         },
-         {}},
-        {"storage 0.6",
-         [](DesignRecord& d) {
-             d.surfaceOption = kUserConstant;
-             d.txtSurfStore = "0.6";
-             d.txtResidue = "0";
-         },
-         {Warn("txtSurfStore",
-               "Storage of 0.6 inches is excessive.  Press OK to proceed or Cancel to edit.")}},
-        {"storage blank",
-         [](DesignRecord& d) {
-             d.surfaceOption = kUserConstant;
-             d.txtSurfStore = "";
-         },
-         {Err("txtSurfStore", "Invalid percent slope.")}},
-        {"residue storage -0.1",
-         [](DesignRecord& d) {
-             d.surfaceOption = kUserConstant;
-             d.txtSurfStore = "0";
-             d.txtResidue = "-0.1";
-         },
-         {Err("txtResidue", "Invalid percent slope.")}},
-        {"residue storage 0.45",
-         [](DesignRecord& d) {
-             d.surfaceOption = kUserConstant;
-             d.txtSurfStore = "0";
-             d.txtResidue = "0.45";
-         },
-         {Warn("txtResidue",
-               "Residue storage of 0.45 inches is excessive.  Press OK to proceed ")}},
-        // Variable options: the two fields are not checked at all.
-        {"variable slope/residue",
-         [](DesignRecord& d) {
-             d.surfaceOption = kVariableSlopeResidue;
-             d.txtSurfStore = "";
-             d.txtResidue = "500";
-         },
-         {}},
-        {"variable storage",
-         [](DesignRecord& d) {
-             d.surfaceOption = kUserVariable;
-             d.txtSurfStore = "-3";
-             d.txtResidue = "";
-         },
-         {}},
+        {{{RESIDUE, "none"}}, {}},
+        // Storage amounts: warnings above the limit, "percent slope" for both fields.
+        {{{STORE, "0.5"}, {RESIDUE, "0.4"}}, {}, userConstant},
+        {{{STORE, "0"}, {RESIDUE, "0"}}, {}, userConstant},
+        {{{STORE, "0.6"}, {RESIDUE, "0"}},
+         {Warn("txtSurfStore", "Storage of ", "0.6 inches")},
+         userConstant},
+        {{{STORE, ""}}, {Err("txtSurfStore", slope)}, userConstant},
+        {{{STORE, "0"}, {RESIDUE, "-0.1"}}, {Err("txtResidue", slope)}, userConstant},
+        {{{STORE, "0"}, {RESIDUE, "0.45"}},
+         {Warn("txtResidue", "Residue storage of ",
+               "0.45 inches is excessive.  Press OK to proceed ", "")},
+         userConstant},
+        // Per-segment options: the two fields are not checked at all.
+        {{{STORE, ""}, {RESIDUE, "500"}}, {}, kVariableSlopeResidue},
+        {{{STORE, "-3"}, {RESIDUE, ""}}, {}, kUserVariable},
     });
 }
 
 TEST(CheckDesign, GreenAmptInputsOnlyWhenSwitchedOn) {
-    auto ga = [](std::function<void(DesignRecord&)> f) {
-        return [f](DesignRecord& d) {
-            d.greenAmpt = true;
-            f(d);
-        };
-    };
+    const bool on = true;
     Expect({
-        {"switch off: blank inputs pass",
-         [](DesignRecord& d) {
-             d.txtKS = "";
-             d.txtHW = "";
-             d.txtThetaS = "";
-             d.txtThetaI = "";
-             d.txtOmega = "x";
-         },
-         {}},
-        {"switch on: valid", ga([](DesignRecord&) {}), {}},
-        {"Ks 0",
-         ga([](DesignRecord& d) { d.txtKS = "0"; }),
-         {Err("txtKS", "Invalid saturated hydraulic conductivity.")}},
-        {"Ks blank",
-         ga([](DesignRecord& d) { d.txtKS = ""; }),
-         {Err("txtKS", "Invalid saturated hydraulic conductivity.")}},
-        {"Hw -1",
-         ga([](DesignRecord& d) { d.txtHW = "-1"; }),
-         {Err("txtHW", "Invalid wetting front suction head.")}},
-        {"theta s 0",
-         ga([](DesignRecord& d) {
-             d.txtThetaS = "0";
-             d.txtThetaI = "0";
-         }),
-         {Err("txtThetaS", "Invalid saturated water content.")}},
-        {"theta s 1", ga([](DesignRecord& d) { d.txtThetaS = "1"; }), {}},
-        {"theta s 1.01",
-         ga([](DesignRecord& d) { d.txtThetaS = "1.01"; }),
-         {Err("txtThetaS", "Invalid saturated water content.")}},
-        {"theta i 0", ga([](DesignRecord& d) { d.txtThetaI = "0"; }), {}},
-        {"theta i = theta s",
-         ga([](DesignRecord& d) { d.txtThetaI = "0.45"; }),
-         {Err("txtThetaI", "Invalid initial water content.")}},
-        {"theta i negative",
-         ga([](DesignRecord& d) { d.txtThetaI = "-0.1"; }),
-         {Err("txtThetaI", "Invalid initial water content.")}},
-        {"omega negative", ga([](DesignRecord& d) { d.txtOmega = "-0.001"; }), {}},
-        {"omega letters",
-         ga([](DesignRecord& d) { d.txtOmega = "abc"; }),
-         {Err("txtOmega", "Invalid linear variation of water content.")}},
-        {"first Green-Ampt error only",
-         ga([](DesignRecord& d) {
-             d.txtKS = "";
-             d.txtHW = "";
-         }),
-         {Err("txtKS", "Invalid saturated hydraulic conductivity.")}},
+        {{{KS, ""}, {HW, ""}, {TS, ""}, {TI, ""}, {OMEGA, "x"}}, {}}, // switch off
+        {{}, {}, 0, on},
+        {{{KS, "0"}}, {Err("txtKS", "Invalid saturated hydraulic conductivity.")}, 0, on},
+        {{{KS, ""}, {HW, ""}}, {Err("txtKS", "Invalid saturated hydraulic conductivity.")}, 0, on},
+        {{{HW, "-1"}}, {Err("txtHW", "Invalid wetting front suction head.")}, 0, on},
+        {{{TS, "0"}, {TI, "0"}}, {Err("txtThetaS", "Invalid saturated water content.")}, 0, on},
+        {{{TS, "1"}}, {}, 0, on},
+        {{{TS, "1.01"}}, {Err("txtThetaS", "Invalid saturated water content.")}, 0, on},
+        {{{TI, "0"}}, {}, 0, on},
+        {{{TI, "0.45"}}, {Err("txtThetaI", "Invalid initial water content.")}, 0, on},
+        {{{TI, "-0.1"}}, {Err("txtThetaI", "Invalid initial water content.")}, 0, on},
+        {{{OMEGA, "-0.001"}}, {}, 0, on},
+        {{{OMEGA, "abc"}}, {Err("txtOmega", "Invalid linear variation of water content.")}, 0, on},
     });
 }
 
