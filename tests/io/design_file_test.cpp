@@ -1,1 +1,285 @@
+// Design files: the exact bytes written, the reading rules, and that a bad file or a failed save
+// never loses what is there.
+
+#include "design_file.h"
+
 #include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <ostream>
+#include <string>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace rainfold {
+namespace {
+
+namespace fs = std::filesystem;
+
+} // namespace
+
+// Readable failures: the texts of a design, record by record.
+void PrintTo(const DesignRecord& d, std::ostream* os) {
+    *os << "{" << d.txtDescription << "|" << d.txtLegalID << "|" << d.txtCounty << "|" << d.txtState
+        << "|" << d.txtDesigner << "|" << d.txtDate << "|" << d.txtSYL << "|" << d.txtGPM << "|"
+        << d.txtAPPL << "|" << d.txtWetDiam << "|" << d.intakeFamilyIndex << "|" << d.txtUk << "|"
+        << d.txtUN << "|" << d.surfaceOption << "|" << d.txtSurfStore << "|" << d.txtResidue;
+    for (const SegmentRow& r : d.segments)
+        *os << "|" << r.col1 << "," << r.col2;
+    *os << "|" << d.txtKS << "|" << d.txtHW << "|" << d.txtThetaS << "|" << d.txtThetaI << "|"
+        << d.txtRzDepth << "|" << d.txtOmega << "}";
+}
+
+namespace {
+
+DesignRecord Sample() {
+    DesignRecord d;
+    d.txtDescription = "Example Farms, north pivot";
+    d.txtLegalID = "";
+    d.txtCounty = "Custer";
+    d.txtState = "NE";
+    d.txtDesigner = "A. Engineer";
+    d.txtDate = "11/22/2026";
+    d.txtSYL = "1300";
+    d.txtGPM = "800";
+    d.txtAPPL = "1.0";
+    d.txtWetDiam = " 40 ft";
+    d.intakeFamilyIndex = 2;
+    d.txtUk = "6.3246";
+    d.txtUN = "-0.615";
+    d.surfaceOption = kConstantSlopeResidue;
+    d.txtSurfStore = "2";
+    d.txtResidue = "20";
+    d.txtKS = "10";
+    d.txtHW = "110";
+    d.txtThetaS = "0.45";
+    d.txtThetaI = "0.25";
+    d.txtRzDepth = "1000";
+    d.txtOmega = ".0002";
+    for (int i = 0; i < 10; ++i)
+        d.segments[i] = {std::to_string(i), "r" + std::to_string(i)};
+    return d;
+}
+
+const std::string kHead = "\"Example Farms, north pivot\"\r\n"
+                          "\"\"\r\n"
+                          "\"Custer\",\"NE\"\r\n"
+                          "\"A. Engineer\",\"11/22/2026\"\r\n"
+                          "\"1300\",\"800\",\"1.0\",\" 40 ft\"\r\n";
+const std::string kGreenAmpt = "\"10\",\"110\",\"0.45\",\"0.25\",\"1000\",\".0002\"\r\n";
+
+std::string Serialize(const DesignRecord& d) {
+    std::string bytes;
+    const FileOutcome out = SerializeDesign(d, bytes);
+    EXPECT_TRUE(out.ok) << out.message;
+    return bytes;
+}
+
+std::string Slurp(const fs::path& p) {
+    std::ifstream in(p, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+void Spit(const fs::path& p, const std::string& bytes) {
+    std::ofstream(p, std::ios::binary) << bytes;
+}
+
+class DesignFileDir : public ::testing::Test {
+protected:
+    void SetUp() override {
+        dir = fs::temp_directory_path() / ("rainfold-io-" + std::to_string(::getpid()));
+        fs::remove_all(dir);
+        fs::create_directories(dir);
+    }
+    void TearDown() override { fs::remove_all(dir); }
+    fs::path dir;
+};
+
+TEST(SerializeDesign, ExactBytesPerConditionalRecord) {
+    std::string rows;
+    for (int i = 0; i < 10; ++i)
+        rows += "\"" + std::to_string(i) + "\",\"r" + std::to_string(i) + "\"\r\n";
+    const struct {
+        int family, option;
+        std::string middle; // records 6 to 9
+    } cases[] = {
+        {2, kConstantSlopeResidue, "2\r\n0\r\n\"2\",\"20\"\r\n"},
+        {-1, kUserConstant, "-1\r\n2\r\n\"2\",\"20\"\r\n"},
+        {7, kVariableSlopeResidue, "7\r\n\"6.3246\",\"-0.615\"\r\n1\r\n" + rows},
+        {0, kUserVariable, "0\r\n3\r\n" + rows},
+        // No option ticked: an empty record 8, and record 9 as for option 0.
+        {6, kNoOptionTicked, "6\r\n\r\n\"2\",\"20\"\r\n"},
+    };
+    for (const auto& c : cases) {
+        DesignRecord d = Sample();
+        d.intakeFamilyIndex = c.family;
+        d.surfaceOption = c.option;
+        EXPECT_EQ(Serialize(d), kHead + c.middle + kGreenAmpt) << c.family << "/" << c.option;
+    }
+}
+
+TEST(SerializeDesign, Latin1AndRefusals) {
+    DesignRecord d = Sample();
+    d.txtDescription = "M\xC3\xBCller, 5\xC2\xB0";                     // "Müller, 5°" in UTF-8
+    EXPECT_EQ(Serialize(d).substr(0, 14), "\"M\xFCller, 5\xB0\"\r\n"); // one byte each
+    std::string bytes;
+    for (const char* bad : {"Hall \"north\"", "100 \xE2\x82\xAC"}) { // a double quote, a euro sign
+        d.txtCounty = bad;
+        EXPECT_FALSE(SerializeDesign(d, bytes).ok) << bad;
+    }
+}
+
+TEST(ParseDesign, RoundTripRestoresEveryStoredField) {
+    for (int family : {-1, 0, 3, 7})
+        for (int option : {0, 1, 2, 3, -1}) {
+            DesignRecord src = Sample();
+            src.intakeFamilyIndex = family;
+            src.surfaceOption = option;
+            src.txtDescription = "M\xC3\xBCller, 5\xC2\xB0"; // commas and Latin-1 survive
+            DesignRecord got;
+            got.greenAmpt = true; // not in the file: stays as it was
+            const FileOutcome out = ParseDesign(Serialize(src), "design.rfd", got);
+            ASSERT_TRUE(out.ok) << family << "/" << option << ": " << out.message;
+            EXPECT_TRUE(got.greenAmpt);
+            got.greenAmpt = false;
+            if (option == kNoOptionTicked) // written as an empty record, read back as 0
+                src.surfaceOption = kConstantSlopeResidue;
+            if (family != kCustomizedValuesIndex) { // K and N are not stored
+                got.txtUk = src.txtUk;
+                got.txtUN = src.txtUN;
+            }
+            if (src.surfaceOption == 0 || src.surfaceOption == 2) {
+                got.segments = src.segments;
+            } else {
+                got.txtSurfStore = src.txtSurfStore;
+                got.txtResidue = src.txtResidue;
+            }
+            EXPECT_EQ(got, src) << family << "/" << option;
+        }
+}
+
+TEST(ParseDesign, ReadingRules) {
+    // Blanks before items are skipped; an empty record 8 reads as option 0.
+    const std::string spaced = "  \"P\"\r\n\"L\"\r\n \"C\",  \"S\"\r\n\"D\",\"1/1\"\r\n"
+                               "\"1\",\"2\",\"3\",\"4\"\r\n 5\r\n\r\n\"0.5\",\"7\"\r\n" +
+                               kGreenAmpt;
+    DesignRecord d;
+    d.surfaceOption = kUserVariable;
+    ASSERT_TRUE(ParseDesign(spaced, "design.rfd", d).ok);
+    EXPECT_EQ(d.txtDescription, "P");
+    EXPECT_EQ(d.txtState, "S");
+    EXPECT_EQ(d.intakeFamilyIndex, 5);
+    EXPECT_EQ(d.surfaceOption, kConstantSlopeResidue);
+    EXPECT_EQ(d.txtResidue, "7");
+    EXPECT_EQ(d.txtOmega, ".0002");
+}
+
+TEST(ParseDesign, MalformedFileChangesNothing) {
+    const std::string good = Serialize(Sample());
+    const DesignRecord before = [] {
+        DesignRecord d;
+        d.txtDescription = "untouched";
+        d.intakeFamilyIndex = 4;
+        return d;
+    }();
+    auto expectRefused = [&](const std::string& bytes, const std::string& record) {
+        DesignRecord d = before;
+        const FileOutcome out = ParseDesign(bytes, "design.rfd", d);
+        const std::string what =
+            record.empty()
+                ? "file cut after ..." + bytes.substr(bytes.size() < 12 ? 0 : bytes.size() - 12)
+                : record;
+        EXPECT_FALSE(out.ok) << what;
+        EXPECT_NE(out.message.find("design.rfd"), std::string::npos) << what << ": " << out.message;
+        if (!record.empty()) {
+            EXPECT_NE(out.message.find(record), std::string::npos) << out.message;
+        }
+        EXPECT_EQ(d, before) << what;
+    };
+    // Items do not run on into the next line: a short record is an error naming it.
+    std::string split = good;
+    split.replace(split.find(",\"1.0\""), 1, "\r\n");
+    DesignRecord d = before;
+    EXPECT_EQ(ParseDesign(split, "design.rfd", d).message,
+              "Could not open design.rfd: record 5 has 2 items, 4 expected.");
+    EXPECT_EQ(d, before);
+
+    std::string family = good;
+    for (const char* bad : {"8", "-2"}) {
+        family.replace(family.find("\r\n2\r\n") + 2,
+                       family.find("\r\n0\r\n") - family.find("\r\n2\r\n") - 2, bad);
+        expectRefused(family, "record 6");
+        family = good;
+    }
+    for (const char* bad : {"4", "-1"}) {
+        std::string option = good;
+        option.replace(option.find("\r\n0\r\n") + 2, 1, bad);
+        expectRefused(option, "record 8");
+    }
+    // A file that ends early, anywhere before its last line end.
+    for (size_t n = 0; n + 2 < good.size(); ++n)
+        expectRefused(good.substr(0, n), "");
+}
+
+TEST_F(DesignFileDir, SaveWritesTheBytesAndOpenReadsThemBack) {
+    const fs::path file = dir / "pivot.rfd";
+    ASSERT_TRUE(SaveDesign(file.string(), Sample()).ok);
+    EXPECT_EQ(Slurp(file), Serialize(Sample()));
+    DesignRecord d;
+    ASSERT_TRUE(OpenDesign(file.string(), d).ok);
+    EXPECT_EQ(d.txtWetDiam, " 40 ft");
+    EXPECT_EQ(fs::directory_iterator(dir)->path(), file); // no temporary file left behind
+
+    DesignRecord untouched = Sample();
+    const FileOutcome missing = OpenDesign((dir / "missing.rfd").string(), untouched);
+    EXPECT_FALSE(missing.ok);
+    EXPECT_NE(missing.message.find("missing.rfd"), std::string::npos);
+    EXPECT_EQ(untouched, Sample());
+}
+
+TEST_F(DesignFileDir, FailedSaveLeavesTheOldFile) {
+    const fs::path file = dir / "pivot.rfd";
+    const std::string old = "old contents\r\n";
+    Spit(file, old);
+
+    DesignRecord quoted = Sample();
+    quoted.txtDesigner = "A. \"Ace\" Engineer";
+    EXPECT_FALSE(SaveDesign(file.string(), quoted).ok);
+    EXPECT_EQ(Slurp(file), old);
+
+    // A write that fails part-way: files may not grow beyond 64 bytes.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit saved{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &saved), 0);
+    rlimit small = saved;
+    small.rlim_cur = 64;
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const FileOutcome out = SaveDesign(file.string(), Sample());
+    setrlimit(RLIMIT_FSIZE, &saved);
+    EXPECT_FALSE(out.ok);
+    EXPECT_EQ(Slurp(file), old);
+
+    // The failure does not stop the next save.
+    EXPECT_TRUE(SaveDesign(file.string(), Sample()).ok);
+    EXPECT_EQ(Slurp(file), Serialize(Sample()));
+}
+
+TEST(DesignFile, EveryExampleOpensAndIsWrittenBackUnchanged) {
+    int count = 0;
+    for (const auto& entry : fs::directory_iterator(RAINFOLD_EXAMPLES_DIR)) {
+        if (entry.path().extension() != ".rfd")
+            continue;
+        ++count;
+        DesignRecord d;
+        const FileOutcome out = OpenDesign(entry.path().string(), d);
+        ASSERT_TRUE(out.ok) << out.message;
+        EXPECT_EQ(Serialize(d), Slurp(entry.path())) << entry.path();
+    }
+    EXPECT_GE(count, 1);
+}
+
+} // namespace
+} // namespace rainfold
