@@ -1,0 +1,514 @@
+// The main window: pages, menus, toolbar, status bar, the File-menu flows and the design as a
+// whole (gathered from and put back into the controls).
+
+#include "ROAnalysis.h"
+
+#include "Icons.h"
+#include "Messages.h"
+#include "dialogs/frmAbout.h"
+
+#include "design_file.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDate>
+#include <QFile>
+#include <QFileDialog>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTime>
+#include <QTimer>
+#include <QToolBar>
+
+namespace {
+
+const QString kFileFilter = QStringLiteral("All Files (*.*);;Rainfold Files (*.rfd)");
+const QString kDesignFilter = QStringLiteral("Rainfold Files (*.rfd)");
+
+const char* const kFamilyEntries[] = {
+    "0.1 Intake Family", "0.3 Intake Family", "0.5 Intake Family", "1.0 Intake Family",
+    "1.5 Intake Family", "2.0 Intake Family", "3.0 Intake Family", "Customized Values",
+};
+
+QString PlatformFileDialog(QWidget* parent, const FileDialogRequest& request) {
+    QString selected = request.selectedFilter;
+    // Saving replaces an existing file without asking, as every save asks for a name anyway.
+    if (request.save)
+        return QFileDialog::getSaveFileName(parent, QString(), request.fileName, request.filter,
+                                            &selected, QFileDialog::DontConfirmOverwrite);
+    return QFileDialog::getOpenFileName(parent, QString(), request.fileName, request.filter,
+                                        &selected);
+}
+
+std::string FileNameBytes(const QString& fileName) {
+    return QFile::encodeName(fileName).toStdString();
+}
+
+void SetText(QLineEdit* field, const std::string& text) {
+    field->setText(QString::fromStdString(text));
+}
+
+std::string Text(const QLineEdit* field) {
+    return field->text().toStdString();
+}
+
+} // namespace
+
+ROAnalysis::ROAnalysis(QWidget* parent) : QMainWindow(parent), fileDialog_(PlatformFileDialog) {
+    setObjectName(QStringLiteral("ROAnalysis"));
+    setWindowTitle(QStringLiteral("Potential Runoff Analysis"));
+    setContextMenuPolicy(Qt::NoContextMenu);
+
+    SSTab1 = new QTabWidget(this);
+    SSTab1->setObjectName(QStringLiteral("SSTab1"));
+    inputPage_ = new QWidget;
+    inputPage_->setObjectName(QStringLiteral("tabInputData"));
+    resultsPage_ = new QWidget;
+    resultsPage_->setObjectName(QStringLiteral("tabResults"));
+    SSTab1->addTab(inputPage_, QStringLiteral("Input Data"));
+    SSTab1->addTab(resultsPage_, QStringLiteral("Results"));
+    setCentralWidget(SSTab1);
+
+    buildInputPage(inputPage_);
+    buildMenus();
+    buildToolBar();
+    buildStatusBar();
+
+    // Start-up, in order: the input page, the controls enabled, the constant slope/residue
+    // option, the family list.
+    SSTab1->setCurrentIndex(0);
+    txtMode(true);
+    setStartUpValues();
+    mnuOptionsSR_Click(rainfold::kConstantSlopeResidue);
+    for (const char* entry : kFamilyEntries)
+        cboIntakeFamily->addItem(QString::fromLatin1(entry));
+    cboIntakeFamily->setCurrentIndex(-1);
+    // No results exist yet, so there is nothing to print or plot.
+    setOutputsEnabled(false);
+
+    connectSignals();
+    resize(960, 800);
+}
+
+ROAnalysis::~ROAnalysis() = default;
+
+void ROAnalysis::setStartUpValues() {
+    txtUk->setText(QStringLiteral("6.3246"));
+    txtUN->setText(QStringLiteral("-0.615"));
+    txtThetaI->setText(QStringLiteral("0.25"));
+    txtOmega->setText(QStringLiteral(".0002"));
+}
+
+void ROAnalysis::buildMenus() {
+    auto addAction = [this](QMenu* menu, const char* name, const QString& caption) {
+        QAction* action = menu->addAction(caption);
+        action->setObjectName(QString::fromLatin1(name));
+        return action;
+    };
+
+    QMenu* file = menuBar()->addMenu(QStringLiteral("&File"));
+    file->setObjectName(QStringLiteral("mnuFile"));
+    mnuFileNew = addAction(file, "mnuFileNew", QStringLiteral("&New"));
+    mnuFileOpen = addAction(file, "mnuFileOpen", QStringLiteral("&Open..."));
+    mnuFileClose = addAction(file, "mnuFileClose", QStringLiteral("&Close"));
+    mnuFileClose->setEnabled(false); // not offered; its handler is a stub
+    file->addSeparator();
+    mnuFileSave = addAction(file, "mnuFileSave", QStringLiteral("&Save"));
+    file->addSeparator();
+    mnuFilePrintPreview = addAction(file, "mnuFilePrintPreview", QStringLiteral("Print Pre&view"));
+    mnuFilePrint = addAction(file, "mnuFilePrint", QStringLiteral("&Print..."));
+    mnuFilePlotPreview = addAction(file, "mnuFilePlotPreview", QStringLiteral("Plot Preview"));
+    mnuFilePlot = addAction(file, "mnuFilePlot", QStringLiteral("P&lot..."));
+    file->addSeparator();
+    mnuFileExit = addAction(file, "mnuFileExit", QStringLiteral("E&xit"));
+
+    QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
+    view->setObjectName(QStringLiteral("mnuView"));
+    mnuViewToolbar = addAction(view, "mnuViewToolbar", QStringLiteral("&Toolbar"));
+    mnuViewStatusBar = addAction(view, "mnuViewStatusBar", QStringLiteral("Status &Bar"));
+    for (QAction* toggle : {mnuViewToolbar, mnuViewStatusBar}) {
+        toggle->setCheckable(true);
+        toggle->setChecked(true);
+    }
+    view->addSeparator();
+
+    QMenu* options = menuBar()->addMenu(QStringLiteral("&Options"));
+    options->setObjectName(QStringLiteral("mnuOptions"));
+    const char* const srNames[] = {"mnuOptionsSR0", "mnuOptionsSR1", "mnuOptionsSR2",
+                                   "mnuOptionsSR3"};
+    const QString srCaptions[] = {
+        QStringLiteral("Constant % Slope/Residue"), QStringLiteral("Variable % Slope/Residue"),
+        QStringLiteral("User Defined (Constant)"), QStringLiteral("User Defined (Variable)")};
+    for (int k = 0; k < 4; ++k) {
+        mnuOptionsSR[k] = addAction(options, srNames[k], srCaptions[k]);
+        mnuOptionsSR[k]->setCheckable(true);
+    }
+    options->addSeparator();
+    mnuOptionsGreenAmpt = addAction(options, "mnuOptionsGreenAmpt", QStringLiteral("Green-Ampt"));
+    mnuOptionsGreenAmpt->setCheckable(true);
+
+    QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
+    help->setObjectName(QStringLiteral("mnuHelp"));
+    mnuHelpContents = addAction(help, "mnuHelpContents", QStringLiteral("&Contents"));
+    mnuHelpSearchForHelpOn =
+        addAction(help, "mnuHelpSearchForHelpOn", QStringLiteral("&Search For Help On..."));
+    help->addSeparator();
+    mnuHelpAbout = addAction(help, "mnuHelpAbout", QStringLiteral("&About"));
+}
+
+void ROAnalysis::buildToolBar() {
+    tbToolBar = addToolBar(QStringLiteral("Toolbar"));
+    tbToolBar->setObjectName(QStringLiteral("tbToolBar"));
+    tbToolBar->setMovable(false);
+    tbToolBar->setFloatable(false);
+    tbToolBar->toggleViewAction()->setVisible(false);
+
+    struct Button {
+        const char* key;
+        const char* hint;
+        const char* image;
+    };
+    // A null key stands for a separator.
+    const Button buttons[] = {
+        {"New", "New", "New"},
+        {"Open", "Open", "Open"},
+        {"Save", "Save", "Save"},
+        {nullptr, nullptr, nullptr},
+        {"Preview", "Preview Print", "Preview"},
+        {"Print", "Print Results", "Print"},
+        {nullptr, nullptr, nullptr},
+        {"Plot Preview", "Preview Plot", "Preview"},
+        {"Drawing", "Plot with Chart", "Drawing"},
+        {nullptr, nullptr, nullptr},
+        {"Help", "Help", "Help"},
+    };
+    for (const Button& b : buttons) {
+        if (!b.key) {
+            tbToolBar->addSeparator();
+            continue;
+        }
+        const QString key = QString::fromLatin1(b.key);
+        QAction* action =
+            tbToolBar->addAction(rainfold::ui::ToolbarIcon(QString::fromLatin1(b.image)), key);
+        action->setData(key);
+        action->setToolTip(QString::fromLatin1(b.hint));
+        action->setProperty("imageKey", QString::fromLatin1(b.image));
+        connect(action, &QAction::triggered, this, [this, key] { tbToolBar_ButtonClick(key); });
+    }
+}
+
+void ROAnalysis::buildStatusBar() {
+    sbStatusBar = statusBar();
+    sbStatusBar->setObjectName(QStringLiteral("sbStatusBar"));
+    auto* text = new QLabel(QStringLiteral("Status"));
+    text->setObjectName(QStringLiteral("sbStatusBarText"));
+    auto* date = new QLabel;
+    date->setObjectName(QStringLiteral("sbStatusBarDate"));
+    auto* time = new QLabel;
+    time->setObjectName(QStringLiteral("sbStatusBarTime"));
+    sbStatusBar->addWidget(text, 1);
+    sbStatusBar->addPermanentWidget(date);
+    sbStatusBar->addPermanentWidget(time);
+
+    // The date and time panels keep themselves current, as a clock does.
+    auto refresh = [date, time] {
+        const QLocale locale;
+        date->setText(locale.toString(QDate::currentDate(), QLocale::ShortFormat));
+        time->setText(locale.toString(QTime::currentTime(), QLocale::ShortFormat));
+    };
+    refresh();
+    auto* clock = new QTimer(sbStatusBar);
+    connect(clock, &QTimer::timeout, sbStatusBar, refresh);
+    clock->start(1000);
+}
+
+void ROAnalysis::connectSignals() {
+    connect(SSTab1, &QTabWidget::currentChanged, this, [this, previous = 0](int index) mutable {
+        SSTab1_Click(previous);
+        previous = index;
+    });
+
+    connect(mnuFileNew, &QAction::triggered, this, &ROAnalysis::mnuFileNew_Click);
+    connect(mnuFileOpen, &QAction::triggered, this, &ROAnalysis::mnuFileOpen_Click);
+    connect(mnuFileClose, &QAction::triggered, this, &ROAnalysis::mnuFileClose_Click);
+    connect(mnuFileSave, &QAction::triggered, this, &ROAnalysis::mnuFileSave_Click);
+    connect(mnuFileExit, &QAction::triggered, this, &ROAnalysis::mnuFileExit_Click);
+    connect(mnuViewToolbar, &QAction::triggered, this, &ROAnalysis::mnuViewToolbar_Click);
+    connect(mnuViewStatusBar, &QAction::triggered, this, &ROAnalysis::mnuViewStatusBar_Click);
+    for (int k = 0; k < 4; ++k)
+        connect(mnuOptionsSR[k], &QAction::triggered, this, [this, k] { mnuOptionsSR_Click(k); });
+    connect(mnuOptionsGreenAmpt, &QAction::triggered, this, &ROAnalysis::mnuOptionsGreenAmpt_Click);
+    connect(mnuHelpContents, &QAction::triggered, this, &ROAnalysis::mnuHelpContents_Click);
+    connect(mnuHelpSearchForHelpOn, &QAction::triggered, this,
+            &ROAnalysis::mnuHelpSearchForHelpOn_Click);
+    connect(mnuHelpAbout, &QAction::triggered, this, &ROAnalysis::mnuHelpAbout_Click);
+
+    connect(cboIntakeFamily, &QComboBox::currentIndexChanged, this,
+            &ROAnalysis::cboIntakeFamily_Click);
+    // Typing only: a design put into the window by Open or New raises no warning.
+    connect(txtThetaI, &QLineEdit::textEdited, this, &ROAnalysis::txtThetaI_Change);
+    connect(msgSurfStore, &QTableWidget::currentCellChanged, this,
+            [this](int, int, int previousRow, int previousColumn) {
+                commitEdit(previousRow, previousColumn);
+            });
+    connect(msgSurfStore, &QTableWidget::cellDoubleClicked, this,
+            [this] { MSFlexGridEdit(msgSurfStore, txtEdit, 0); });
+    connect(msgSurfStore, &QTableWidget::clicked, this, [this] { frmSurfStore->hide(); });
+}
+
+void ROAnalysis::SSTab1_Click(int previousTab) {
+    (void)previousTab;
+    if (SSTab1->currentIndex() == 0) {
+        setOutputsEnabled(false);
+        setSurfaceOptionsEnabled(true);
+    }
+}
+
+void ROAnalysis::setOutputsEnabled(bool enabled) {
+    for (QAction* entry : {mnuFilePrintPreview, mnuFilePrint, mnuFilePlotPreview, mnuFilePlot})
+        entry->setEnabled(enabled);
+    for (QAction* button : tbToolBar->actions()) {
+        const QString key = button->data().toString();
+        if (key == QLatin1String("Preview") || key == QLatin1String("Print") ||
+            key == QLatin1String("Plot Preview") || key == QLatin1String("Drawing"))
+            button->setEnabled(enabled);
+    }
+}
+
+void ROAnalysis::setSurfaceOptionsEnabled(bool enabled) {
+    for (QAction* option : mnuOptionsSR)
+        option->setEnabled(enabled);
+}
+
+void ROAnalysis::setFileDialog(FileDialogFunction dialog) {
+    fileDialog_ = dialog ? std::move(dialog) : FileDialogFunction(PlatformFileDialog);
+}
+
+rainfold::DesignRecord ROAnalysis::design() const {
+    rainfold::DesignRecord d;
+    d.txtDescription = Text(txtDescription);
+    d.txtLegalID = Text(txtLegalID);
+    d.txtCounty = Text(txtCounty);
+    d.txtState = Text(txtState);
+    d.txtDesigner = Text(txtDesigner);
+    d.txtDate = Text(txtDate);
+    d.txtSYL = Text(txtSYL);
+    d.txtGPM = Text(txtGPM);
+    d.txtAPPL = Text(txtAPPL);
+    d.txtWetDiam = Text(txtWetDiam);
+    d.intakeFamilyIndex = cboIntakeFamily->currentIndex();
+    d.txtUk = Text(txtUk);
+    d.txtUN = Text(txtUN);
+    d.surfaceOption = surfaceOption();
+    d.txtSurfStore = Text(txtSurfStore);
+    d.txtResidue = Text(txtResidue);
+    for (int row = 1; row <= 10; ++row) {
+        d.segments[row - 1].col1 = msgSurfStore->item(row, 1)->text().toStdString();
+        d.segments[row - 1].col2 = msgSurfStore->item(row, 2)->text().toStdString();
+    }
+    d.txtKS = Text(txtKS);
+    d.txtHW = Text(txtHW);
+    d.txtThetaS = Text(txtThetaS);
+    d.txtThetaI = Text(txtThetaI);
+    d.txtRzDepth = Text(txtRzDepth);
+    d.txtOmega = Text(txtOmega);
+    d.greenAmpt = mnuOptionsGreenAmpt->isChecked();
+    return d;
+}
+
+void ROAnalysis::setDesign(const rainfold::DesignRecord& d) {
+    SetText(txtDescription, d.txtDescription);
+    SetText(txtLegalID, d.txtLegalID);
+    SetText(txtCounty, d.txtCounty);
+    SetText(txtState, d.txtState);
+    SetText(txtDesigner, d.txtDesigner);
+    SetText(txtDate, d.txtDate);
+    SetText(txtSYL, d.txtSYL);
+    SetText(txtGPM, d.txtGPM);
+    SetText(txtAPPL, d.txtAPPL);
+    SetText(txtWetDiam, d.txtWetDiam);
+
+    const int index = d.intakeFamilyIndex >= -1 && d.intakeFamilyIndex < cboIntakeFamily->count()
+                          ? d.intakeFamilyIndex
+                          : -1;
+    cboIntakeFamily->setCurrentIndex(index);
+    cboIntakeFamily_Click();
+    if (index == rainfold::kCustomizedValuesIndex) {
+        SetText(txtUk, d.txtUk);
+        SetText(txtUN, d.txtUN);
+    }
+
+    for (QAction* option : mnuOptionsSR)
+        option->setChecked(false);
+    if (d.surfaceOption >= 0 && d.surfaceOption < 4)
+        mnuOptionsSR[d.surfaceOption]->setChecked(true);
+
+    if (d.surfaceOption == rainfold::kConstantSlopeResidue ||
+        d.surfaceOption == rainfold::kUserConstant) {
+        SetText(txtSurfStore, d.txtSurfStore);
+        SetText(txtResidue, d.txtResidue);
+    } else if (d.surfaceOption == rainfold::kVariableSlopeResidue ||
+               d.surfaceOption == rainfold::kUserVariable) {
+        // Cell by cell through the current cell, which is left on row 10, column 2.
+        for (int row = 1; row <= 10; ++row) {
+            msgSurfStore->setCurrentCell(row, 1);
+            msgSurfStore->item(row, 1)->setText(QString::fromStdString(d.segments[row - 1].col1));
+            msgSurfStore->setCurrentCell(row, 2);
+            msgSurfStore->item(row, 2)->setText(QString::fromStdString(d.segments[row - 1].col2));
+        }
+    }
+
+    SetText(txtKS, d.txtKS);
+    SetText(txtHW, d.txtHW);
+    SetText(txtThetaS, d.txtThetaS);
+    SetText(txtThetaI, d.txtThetaI);
+    SetText(txtRzDepth, d.txtRzDepth);
+    SetText(txtOmega, d.txtOmega);
+
+    optionSlopeResidue();
+}
+
+void ROAnalysis::mnuFileNew_Click() {
+    for (QLineEdit* field : {txtDescription, txtLegalID, txtCounty, txtState, txtDesigner, txtDate,
+                             txtSYL, txtGPM, txtAPPL, txtWetDiam})
+        field->clear();
+    cboIntakeFamily->setCurrentIndex(-1); // shows "NRCS Intake Family" again
+    txtSurfStore->clear();
+    txtResidue->clear();
+    for (int row = 1; row <= 10; ++row) {
+        msgSurfStore->item(row, 1)->setText(QString());
+        msgSurfStore->item(row, 2)->setText(QString());
+    }
+    mnuOptionsSR_Click(rainfold::kConstantSlopeResidue);
+}
+
+QString ROAnalysis::askFileName(bool save) {
+    FileDialogRequest request;
+    request.save = save;
+    request.fileName = dialogFileName_;
+    request.filter = kFileFilter;
+    request.selectedFilter = kDesignFilter;
+    const QString chosen = fileDialog_(this, request);
+    if (!chosen.isEmpty())
+        dialogFileName_ = chosen;
+    return chosen;
+}
+
+void ROAnalysis::mnuFileOpen_Click() {
+    // The first dialog of a run starts in the program's own folder.
+    if (startFolder_.isEmpty()) {
+        startFolder_ = QCoreApplication::applicationDirPath();
+        dialogFileName_ = startFolder_;
+    }
+    const QString fileName = askFileName(false);
+    if (fileName.isEmpty())
+        return; // cancelled
+
+    // The file is read and checked whole before anything in the window changes.
+    rainfold::DesignRecord opened = design();
+    const rainfold::FileOutcome outcome = rainfold::OpenDesign(FileNameBytes(fileName), opened);
+    if (!outcome.ok) {
+        rainfold::ui::ShowError(this, QString::fromStdString(outcome.message));
+        return;
+    }
+    setDesign(opened);
+}
+
+void ROAnalysis::mnuFileSave_Click() {
+    const QString fileName = askFileName(true);
+    if (fileName.isEmpty())
+        return; // cancelled
+    const rainfold::FileOutcome outcome = rainfold::SaveDesign(FileNameBytes(fileName), design());
+    if (!outcome.ok)
+        rainfold::ui::ShowError(this, QString::fromStdString(outcome.message));
+}
+
+void ROAnalysis::mnuFileClose_Click() {
+    rainfold::ui::ShowNotice(this, QStringLiteral("Add 'mnuFileClose_Click' code."));
+}
+
+void ROAnalysis::mnuFileExit_Click() {
+    close();
+}
+
+void ROAnalysis::closeEvent(QCloseEvent* event) {
+    // No prompt to save: the window keeps no record of changes. Closing the window ends the
+    // program and every window it has open.
+    event->accept();
+    if (!closing_) {
+        closing_ = true;
+        QCoreApplication::quit();
+    }
+}
+
+void ROAnalysis::mnuViewToolbar_Click() {
+    tbToolBar->setVisible(mnuViewToolbar->isChecked());
+}
+
+void ROAnalysis::mnuViewStatusBar_Click() {
+    sbStatusBar->setVisible(mnuViewStatusBar->isChecked());
+}
+
+void ROAnalysis::mnuOptionsSR_Click(int option) {
+    for (int k = 0; k < 4; ++k)
+        mnuOptionsSR[k]->setChecked(k == option);
+    optionSlopeResidue();
+}
+
+void ROAnalysis::mnuOptionsGreenAmpt_Click() {
+    // The menu entry has inverted its own tick; the frame, its enabled state and the marker
+    // button are each inverted from where they stand.
+    frmGA->setVisible(frmGA->isHidden());
+    frmGA->setEnabled(!frmGA->isEnabledTo(frmGA->parentWidget()));
+    cmdInfModel->setVisible(cmdInfModel->isHidden());
+}
+
+void ROAnalysis::mnuHelpContents_Click() {
+    // No help file ships with the program.
+    rainfold::ui::ShowNotice(
+        this,
+        QStringLiteral(
+            "Unable to display Help Contents. There is no Help associated with this project."),
+        QMessageBox::Information);
+}
+
+void ROAnalysis::mnuHelpSearchForHelpOn_Click() {
+    mnuHelpContents_Click();
+}
+
+void ROAnalysis::mnuHelpAbout_Click() {
+    frmAbout about(this);
+    about.exec();
+}
+
+void ROAnalysis::tbToolBar_ButtonClick(const QString& key) {
+    QAction* command = nullptr;
+    if (key == QLatin1String("New"))
+        command = mnuFileNew;
+    else if (key == QLatin1String("Open"))
+        command = mnuFileOpen;
+    else if (key == QLatin1String("Save"))
+        command = mnuFileSave;
+    else if (key == QLatin1String("Preview"))
+        command = mnuFilePrintPreview;
+    else if (key == QLatin1String("Print"))
+        command = mnuFilePrint;
+    else if (key == QLatin1String("Plot Preview"))
+        command = mnuFilePlotPreview;
+    else if (key == QLatin1String("Drawing"))
+        command = mnuFilePlot;
+    else if (key == QLatin1String("Help"))
+        command = mnuHelpAbout; // the Help button shows the About box
+    if (command)
+        command->trigger();
+}
