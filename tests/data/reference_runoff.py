@@ -179,6 +179,10 @@ DESIGNS = [
          s="", r="", rows=[(str(s), str(r)) for s, r in
                            ((0.5, 5), (1, 10), (2, 15), (3, 20), (4, 35), (5, 45), (6, 55),
                             (1.5, 65), (0.2, 75), (10, 100))]),
+    # E: a typed soil that takes almost nothing: at case 1, position 1 the end of ponding is the
+    # end of the pass itself, where the water balance takes the whole ellipse
+    dict(syl="1320", gpm="900", appl="1.0", wet="30", index=7, uk="0.02", un="-0.8", option=0,
+         s="4", r="15", rows=BLANK_ROWS),
 ]
 
 

@@ -28,6 +28,9 @@ TEST(FormatFixed, RoundsHalvesAwayFromZeroOnFifteenDigits) {
         {0.9996, 2, "1.00"},
         {1.23456, 4, "1.2346"},
         {7, 4, "7.0000"},
+        {0.006, 2, "0.01"}, // the rounding digit is the first significant one
+        {0.004, 2, "0.00"},
+        {0.0006, 2, "0.00"}, // every significant digit below the rounding digit
         {1e-20, 2, "0.00"},
         {123456789.125, 2, "123456789.13"},
     };
