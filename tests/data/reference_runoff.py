@@ -157,7 +157,7 @@ def run(design):
                 K, N = INTAKE_K[fam], INTAKE_N[fam]
                 if m == 2 and userK != 0 and userN != 0:
                     K, N = userK, userN
-                out.append((k, j, m, Tk) + position(Qk, r, R, L, Tk, K, N, store[j]))
+                out.append((k, j, m, Tk, store[j]) + position(Qk, r, R, L, Tk, K, N, store[j]))
     return out
 
 
@@ -201,9 +201,9 @@ def main():
             cstr(dsg["r"]), rows))
     lines += ["};", "", "static const RefRow kRefRows[] = {"]
     for n, dsg in enumerate(DESIGNS):
-        for k, j, m, Tk, peak, H, flag, tp, te, pct in run(dsg):
-            lines.append("    {%d, %d, %d, %d, %.17g, %.17g, %.17g, %d, %.17g, %.17g, %.17g}," %
-                         (n, k, j, m, Tk, peak, H, flag, tp, te, pct))
+        for k, j, m, Tk, store, peak, H, flag, tp, te, pct in run(dsg):
+            lines.append("    {%d, %d, %d, %d, %.17g, %.17g, %.17g, %.17g, %d, %.17g, %.17g, %.17g},"
+                         % (n, k, j, m, Tk, store, peak, H, flag, tp, te, pct))
     lines.append("};")
     here = os.path.dirname(os.path.abspath(__file__))
     with open(os.path.join(here, "reference_runoff.inc"), "w") as f:
