@@ -1,0 +1,184 @@
+// The Qt side of printing: the painter surface's measures and marks, the chart picture, the PDF
+// file and the preview window. Runs on the offscreen platform.
+
+#include "QPainterSurface.h"
+#include "chart_picture.h"
+#include "dialogs/frmPreview.h"
+#include "printing.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QImage>
+#include <QMenuBar>
+#include <QPainter>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace rainfold::ui {
+namespace {
+
+// An image at 1,440 dots per inch: one pixel is one twip.
+QImage TwipImage(int w, int h) {
+    QImage image(w, h, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    image.setDotsPerMeterX(56693); // 1440 / 0.0254
+    image.setDotsPerMeterY(56693);
+    return image;
+}
+
+bool AnyDark(const QImage& image, const QRect& area) {
+    for (int y = area.top(); y <= area.bottom(); ++y)
+        for (int x = area.left(); x <= area.right(); ++x)
+            if (qGray(image.pixel(x, y)) < 128)
+                return true;
+    return false;
+}
+
+TEST(QPainterSurface, WritesMoveThePositionByTheMeasuredText) {
+    QImage image = TwipImage(4000, 2000);
+    QPainter painter(&image);
+    QPainterSurface s(painter, 4000);
+    s.SetFontName("Times New Roman");
+    s.SetFontSize(12);
+    s.SetCurrentX(100);
+    s.SetCurrentY(200);
+    const double width = s.TextWidth("Rainfold");
+    // 12 points is 240 twips; any serif face writes eight letters in 2 to 6 ems.
+    EXPECT_GT(width, 480);
+    EXPECT_LT(width, 1440);
+    s.Write("Rainfold", LineEnd::Continued);
+    EXPECT_DOUBLE_EQ(s.CurrentX(), 100 + width);
+    EXPECT_DOUBLE_EQ(s.CurrentY(), 200);
+    s.Write("", LineEnd::Finished);
+    EXPECT_DOUBLE_EQ(s.CurrentX(), 0);
+    const double lineHeight = s.CurrentY() - 200;
+    EXPECT_GT(lineHeight, 240);
+    EXPECT_LT(lineHeight, 400);
+    s.SetFontBold(true);
+    EXPECT_GT(s.TextWidth("Rainfold"), width);
+    painter.end();
+    // The text lies right of and below its top-left corner.
+    EXPECT_TRUE(AnyDark(image, QRect(100, 200, static_cast<int>(width), 240)));
+    EXPECT_FALSE(AnyDark(image, QRect(0, 0, 4000, 190)));
+}
+
+TEST(QPainterSurface, DrawsLinesAndPicturesInTwips) {
+    QImage image = TwipImage(3000, 3000);
+    QPainter painter(&image);
+    QPainterSurface s(painter, 3000);
+    s.Line(100, 500, 2900, 500);
+    QImage red(10, 10, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    s.PaintPicture(MakePicture(red, 400, 200), 1000, 1000);
+    s.PaintPicture(Picture{}, 0, 0); // nothing to paint
+    painter.end();
+    EXPECT_TRUE(AnyDark(image, QRect(1500, 495, 1, 10)));
+    EXPECT_FALSE(AnyDark(image, QRect(1500, 520, 1, 400)));
+    EXPECT_EQ(image.pixel(1005, 1005), QColor(Qt::red).rgb());
+    EXPECT_EQ(image.pixel(1395, 1195), QColor(Qt::red).rgb());
+    EXPECT_EQ(image.pixel(1405, 1100), QColor(Qt::white).rgb());
+    EXPECT_EQ(image.pixel(1100, 1205), QColor(Qt::white).rgb());
+}
+
+TEST(ChartPicture, HasTheAskedSizeWithOrWithoutCurves) {
+    ChartData data;
+    for (int k = 0; k <= 100; ++k) {
+        data.application.push_back({k * 0.002, k * (100 - k) / 1250.0});
+        data.intake.push_back({k * 0.002, 3.0 - k * 0.02});
+    }
+    data.yMaximum = 3;
+    data.yDivisions = 6;
+    for (const bool drawn : {true, false}) {
+        const Picture p = ChartPicture(data, drawn, 6800, 5100);
+        ASSERT_NE(p.data, nullptr);
+        EXPECT_EQ(p.width, 6800);
+        EXPECT_EQ(p.height, 5100);
+        const auto* image = dynamic_cast<const ImagePicture*>(p.data.get());
+        ASSERT_NE(image, nullptr);
+        EXPECT_NEAR(image->image().width() / static_cast<double>(image->image().height()),
+                    6800.0 / 5100.0, 0.01);
+    }
+}
+
+TEST(WritePdf, WritesOneLetterPageOrSaysItCannot) {
+    QTemporaryDir dir;
+    const QString file = dir.filePath("page.pdf");
+    double pageWidth = 0;
+    EXPECT_TRUE(WritePdf(file, [&](DrawingSurface& s) {
+        pageWidth = s.PageWidth();
+        s.Write("Rainfold", LineEnd::Finished);
+    }));
+    EXPECT_NEAR(pageWidth, 12240, 2); // 8.5 inches, the whole sheet
+    QFile pdf(file);
+    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(pdf.read(5) == "%PDF-");
+    EXPECT_FALSE(WritePdf(dir.filePath("no/such/folder/page.pdf"), [](DrawingSurface&) {}));
+}
+
+TEST(frmPreview, OpensEmptyAtPageSizeAndDrawsOnItsOwnPicture) {
+    QWidget main;
+    main.setGeometry(100, 50, 1200, 800);
+    frmPreview preview(&main);
+    preview.Open(&main, "Print Preview", [](DrawingSurface& s) {
+        EXPECT_NEAR(s.PageWidth(), 12240, 1);
+        s.Line(720, 1440, 11520, 1440);
+    });
+    EXPECT_EQ(preview.objectName(), "frmPreview");
+    EXPECT_EQ(preview.windowTitle(), "Print Preview");
+    EXPECT_EQ(preview.height(), preview.TwipsToPixelsY(15840));
+    EXPECT_EQ(preview.x(), 100 + (main.frameGeometry().width() - preview.width()) / 2);
+    const QImage drawn = preview.picture().toImage();
+    EXPECT_TRUE(AnyDark(
+        drawn, QRect(preview.TwipsToPixelsX(6000), preview.TwipsToPixelsY(1440) - 2, 1, 5)));
+    EXPECT_FALSE(AnyDark(drawn, QRect(0, preview.TwipsToPixelsY(2000), drawn.width(), 50)));
+
+    QStringList entries;
+    for (QAction* a : preview.findChild<QMenuBar*>()->actions())
+        entries << a->objectName() + "=" + a->text();
+    EXPECT_EQ(entries, QStringList({"MnuPrint=Print", "mnuExit=Exit"}));
+
+    // A second preview is a new window and starts white, whatever the first one drew.
+    frmPreview next(&main);
+    next.Open(&main, "Plot Preview", [](DrawingSurface&) {});
+    EXPECT_EQ(next.windowTitle(), "Plot Preview");
+    EXPECT_FALSE(AnyDark(next.picture().toImage(), next.picture().rect()));
+}
+
+TEST(frmPreview, PrintPutsTheWindowPictureOnPaperAndCloses) {
+    QTemporaryDir dir;
+    frmPreview preview;
+    preview.Open(nullptr, "Plot Preview", [](DrawingSurface& s) { s.Line(0, 100, 12240, 100); });
+    preview.show();
+
+    // Cancelling the print dialog leaves the preview open.
+    preview.setPrinterChooser([](QPrinter&, QWidget*) { return false; });
+    preview.MnuPrint_Click();
+    EXPECT_TRUE(preview.isVisible());
+
+    const QString file = dir.filePath("preview.pdf");
+    preview.setPrinterChooser([&](QPrinter& printer, QWidget*) {
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(file);
+        return true;
+    });
+    preview.MnuPrint_Click();
+    EXPECT_FALSE(preview.isVisible());
+    EXPECT_EQ(preview.width(), preview.TwipsToPixelsX(12240));
+    EXPECT_EQ(preview.height(), preview.TwipsToPixelsY(13960));
+    // Only the 12,240 by 13,960 twips of the window go to paper.
+    EXPECT_EQ(preview.PrintedPicture().size(),
+              QSize(preview.TwipsToPixelsX(12240), preview.TwipsToPixelsY(13960)));
+    EXPECT_GT(QFile(file).size(), 0);
+}
+
+} // namespace
+} // namespace rainfold::ui
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
