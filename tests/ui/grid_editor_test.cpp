@@ -190,7 +190,7 @@ void GridEditorTest::panelsWhileEditing() {
     QTest::keyClick(g.table, Qt::Key_A);
     QCOMPARE(!surface->isHidden(), panel == "frmSurfStore");
     QCOMPARE(!residue->isHidden(), panel == "frmResidueStore");
-    QCOMPARE(residue->pos(), QPoint(296, 304)); // left 4440, top 4560 twips
+    QCOMPARE(residue->pos(), QPoint(370, 380)); // left 4440, top 4560 twips at 12 to a pixel
     QTest::keyClick(g.editor, Qt::Key_Return);
     QVERIFY(surface->isHidden());
     QVERIFY(residue->isHidden());

@@ -366,18 +366,18 @@ void InputPageTest::surfaceOptions_data() {
     QTest::addColumn<QStringList>("headings"); // empty: table hidden
     QTest::addColumn<int>("columnWidth");
     QTest::addColumn<int>("tableWidth");
-    // Widths are twips at 15 to a pixel: 960 -> 64, 2978 -> 199, 1310 -> 87, 3670 -> 245.
+    // Widths are twips at 12 to a pixel: 960 -> 80, 2978 -> 248, 1310 -> 109, 3670 -> 306.
     QTest::newRow("SR0") << 3 << 0 << "Slope (%)"
                          << "Residue (%)" << true << QStringList() << 0 << 0;
     QTest::newRow("SR1 after SR2") << 2 << 1 << ""
                                    << "Residue Storage" << false
-                                   << QStringList({"Segment", "% Slope", "% Residue"}) << 64 << 199;
+                                   << QStringList({"Segment", "% Slope", "% Residue"}) << 80 << 248;
     QTest::newRow("SR2") << 0 << 2 << "Surface Storage"
                          << "Residue Storage" << true << QStringList() << 0 << 0;
     QTest::newRow("SR3 after SR0")
         << 0 << 3 << ""
         << "Residue (%)" << false << QStringList({"Segment", "Surface Storage", "Residue Storage"})
-        << 87 << 245;
+        << 109 << 306;
 }
 
 void InputPageTest::surfaceOptions() {
@@ -483,8 +483,9 @@ void InputPageTest::storagePanelsFollowFocus() {
     f.focus(f.field(field.toLatin1().constData()));
     QCOMPARE(!surface->isHidden(), panel == "frmSurfStore");
     QCOMPARE(!residue->isHidden(), panel == "frmResidueStore");
-    if (field == "txtResidue") // its place beside the field: left 4440, top 4560 twips
-        QCOMPARE(residue->pos(), QPoint(296, 304));
+    if (field ==
+        "txtResidue") // its place beside the field: left 4440, top 4560 twips at 12 to a pixel
+        QCOMPARE(residue->pos(), QPoint(370, 380));
     f.focus(f.field("txtDate"));
     QVERIFY(surface->isHidden());
     QVERIFY(residue->isHidden());

@@ -28,9 +28,11 @@
 
 namespace {
 
-// Positions inside the page are thought of in twips (1/1440 inch), at 15 twips to a pixel.
+// Positions inside the page are thought of in twips, at 12 twips to a pixel: the page's text is
+// about a fifth larger than the 8-point form font the twips measures were made for, so the
+// table and the panels keep room for their texts.
 constexpr int Tw(int twips) {
-    return (twips + 7) / 15;
+    return (twips + 6) / 12;
 }
 
 // Where the residue panel stands beside the residue field and the cell editor.
@@ -223,7 +225,7 @@ void ROAnalysis::buildSystemFields(QWidget* page) {
                      QRect(labelX, 341, labelW, 20));
     cboIntakeFamily = new QComboBox(page);
     cboIntakeFamily->setObjectName(QStringLiteral("cboIntakeFamily"));
-    cboIntakeFamily->setGeometry(fieldX, 338, 190, 24);
+    cboIntakeFamily->setGeometry(fieldX, 338, 220, 24);
     cboIntakeFamily->setToolTip(QStringLiteral("Select the intake family from the dropdown list."));
     cboIntakeFamily->setPlaceholderText(QStringLiteral("NRCS Intake Family"));
     label->setBuddy(cboIntakeFamily);
@@ -231,7 +233,7 @@ void ROAnalysis::buildSystemFields(QWidget* page) {
     // A marker of the Green-Ampt model in use; pressing it does nothing.
     cmdInfModel = new QPushButton(QStringLiteral("Green-Ampt"), page);
     cmdInfModel->setObjectName(QStringLiteral("cmdInfModel"));
-    cmdInfModel->setGeometry(400, 338, 100, 24);
+    cmdInfModel->setGeometry(426, 338, 92, 24);
     cmdInfModel->hide();
 
     lblSurfStore = AddLabel(page, QStringLiteral("lblSurfStore"), QStringLiteral("Slope (%)"),
@@ -305,6 +307,10 @@ void ROAnalysis::buildSegmentTable(QWidget* page) {
     msgSurfStore->setWordWrap(true);
     msgSurfStore->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     msgSurfStore->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // A point smaller than the page, so the longest segment labels fit their column.
+    QFont gridFont = msgSurfStore->font();
+    gridFont.setPointSizeF(gridFont.pointSizeF() - 1);
+    msgSurfStore->setFont(gridFont);
 
     // The heading row and the segment column are fixed: grey, never current, never edited.
     const QBrush fixedBack = msgSurfStore->palette().brush(QPalette::Button);
@@ -333,9 +339,9 @@ void ROAnalysis::buildSegmentTable(QWidget* page) {
     // The irrigated area beside the table; nothing fills it.
     txtSysArea = new QLineEdit(page);
     txtSysArea->setObjectName(QStringLiteral("txtSysArea"));
-    txtSysArea->setGeometry(262, 570, 70, 22);
+    txtSysArea->setGeometry(326, 586, 70, 22);
     txtSysArea->setReadOnly(true);
-    AddLabel(page, QStringLiteral("lblSysArea"), QStringLiteral("acres"), QRect(338, 572, 50, 20))
+    AddLabel(page, QStringLiteral("lblSysArea"), QStringLiteral("acres"), QRect(402, 588, 50, 20))
         ->setBuddy(txtSysArea);
 }
 
@@ -360,7 +366,7 @@ void ROAnalysis::buildReferencePanels(QWidget* page) {
         QStringLiteral("Enter a value for the wetted diameter.                  ^^^"));
 
     frmSurfStore = AddPanel(page, QStringLiteral("frmSurfStore"),
-                            QStringLiteral("Surface Storage Options"), QRect(296, 330, 210, 140),
+                            QStringLiteral("Surface Storage Options"), QRect(370, 330, 210, 140),
                             {QStringLiteral("Slope"), QStringLiteral("Surface Storage")},
                             {
                                 {QStringLiteral("0 - 1 %"), Inches("0.5")},

@@ -97,7 +97,7 @@ ROAnalysis::ROAnalysis(QWidget* parent) : QMainWindow(parent), fileDialog_(Platf
     setOutputsEnabled(false);
 
     connectSignals();
-    resize(960, 800);
+    resize(960, 750);
 }
 
 ROAnalysis::~ROAnalysis() = default;
