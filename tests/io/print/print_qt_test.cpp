@@ -2,7 +2,6 @@
 // file and the preview window. Runs on the offscreen platform.
 
 #include "QPainterSurface.h"
-#include "chart_picture.h"
 #include "dialogs/frmPreview.h"
 #include "printing.h"
 
@@ -79,26 +78,6 @@ TEST(QPainterSurface, DrawsLinesAndPicturesInTwips) {
     EXPECT_EQ(image.pixel(1395, 1195), QColor(Qt::red).rgb());
     EXPECT_EQ(image.pixel(1405, 1100), QColor(Qt::white).rgb());
     EXPECT_EQ(image.pixel(1100, 1205), QColor(Qt::white).rgb());
-}
-
-TEST(ChartPicture, HasTheAskedSizeWithOrWithoutCurves) {
-    ChartData data;
-    for (int k = 0; k <= 100; ++k) {
-        data.application.push_back({k * 0.002, k * (100 - k) / 1250.0});
-        data.intake.push_back({k * 0.002, 3.0 - k * 0.02});
-    }
-    data.yMaximum = 3;
-    data.yDivisions = 6;
-    for (const bool drawn : {true, false}) {
-        const Picture p = ChartPicture(data, drawn, 6800, 5100);
-        ASSERT_NE(p.data, nullptr);
-        EXPECT_EQ(p.width, 6800);
-        EXPECT_EQ(p.height, 5100);
-        const auto* image = dynamic_cast<const ImagePicture*>(p.data.get());
-        ASSERT_NE(image, nullptr);
-        EXPECT_NEAR(image->image().width() / static_cast<double>(image->image().height()),
-                    6800.0 / 5100.0, 0.01);
-    }
 }
 
 TEST(WritePdf, WritesOneLetterPageOrSaysItCannot) {

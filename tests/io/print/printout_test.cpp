@@ -337,7 +337,6 @@ TEST(PrintReport, CapacityLineIsTheShownCaseFlowBackInGpm) {
         {"900", "5", "System Capacity = 1000 gpm"},
         // No runoff column shown: no case is added, leaving the capacity less 200 gpm.
         {"900", "", "System Capacity = 700 gpm"},
-        {"900", "2", "System Capacity = 700 gpm"},
         {"900", "6", "System Capacity = 700 gpm"},
         {"1255.5", "4", "System Capacity = 1255.5 gpm"},
         {"900 gpm", "5", "System Capacity = 1000 gpm"},
@@ -448,19 +447,6 @@ TEST(PrintPlot, TitleLinesFollowTheShownCell) {
         EXPECT_NE(Find(items, c.flow), nullptr);
         EXPECT_NE(Find(items, c.storage), nullptr);
     }
-}
-
-TEST(PrintPlot, WithoutAChartTheResultLinesFollowTheBlankLine) {
-    PrintInputs in = Sample();
-    in.chart = Picture{};
-    RecordingSurface s;
-    PrintPlot(s, in);
-    const std::vector<Item> items = Texts(s);
-    const Item* blank = Find(items, " ");
-    const Item* runoff = Find(items, "Percent Runoff = 3.7%");
-    ASSERT_NE(blank, nullptr);
-    ASSERT_NE(runoff, nullptr);
-    EXPECT_DOUBLE_EQ(runoff->y, blank->y + 288);
 }
 
 } // namespace
