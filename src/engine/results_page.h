@@ -40,7 +40,8 @@ ResultsPage BuildResultsPage(const DesignRecord& design, const Results& results,
 // of the family list ("0.1" opens on slot 1, "3.0" on slot 3).
 int InitialSlot(int listIndex);
 
-// Caption of a family slot's curve: "1.0 NRCS Intake Family", "Customized Values", ...
+// Name of the family in a slot for the chosen list entry: "1.0", ..., or "Customized Values" for
+// the typed K and N; empty where no family exists.
 std::string SlotFamilyName(int listIndex, int slot);
 
 } // namespace rainfold

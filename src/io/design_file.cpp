@@ -102,8 +102,10 @@ struct Item {
     bool quoted = false;
 };
 
-std::vector<Item> SplitItems(const std::string& line) {
+// Splits one record into its items; `unclosed` tells of a quoted text with no closing quote.
+std::vector<Item> SplitItems(const std::string& line, bool& unclosed) {
     std::vector<Item> items;
+    unclosed = false;
     size_t i = 0;
     while (true) {
         while (i < line.size() && (line[i] == ' ' || line[i] == '\t'))
@@ -112,6 +114,7 @@ std::vector<Item> SplitItems(const std::string& line) {
         if (i < line.size() && line[i] == '"') {
             const size_t close = line.find('"', i + 1);
             const size_t end = close == std::string::npos ? line.size() : close;
+            unclosed = unclosed || close == std::string::npos;
             item.text = line.substr(i + 1, end - i - 1);
             item.quoted = true;
             i = close == std::string::npos ? line.size() : close + 1;
@@ -144,6 +147,7 @@ public:
             if (!line.empty() && line.back() == '\r')
                 line.pop_back();
             lines_.push_back(line);
+            terminated_.push_back(end != std::string::npos);
             if (end == std::string::npos)
                 break;
             start = end + 1;
@@ -154,7 +158,12 @@ public:
     bool Record(const std::string& name, size_t count, std::vector<Item>& items) {
         if (next_ >= lines_.size())
             return Fail("the file ends before record " + name + ".");
-        items = SplitItems(lines_[next_++]);
+        bool unclosed = false;
+        items = SplitItems(lines_[next_], unclosed);
+        // A record without its line end, or with a text left open, is a file cut short.
+        if (unclosed || !terminated_[next_])
+            return Fail("the file ends inside record " + name + ".");
+        ++next_;
         if (items.size() != count)
             return Fail("record " + name + " has " + std::to_string(items.size()) + " items, " +
                         std::to_string(count) + " expected.");
@@ -199,6 +208,7 @@ public:
 private:
     std::string file_;
     std::vector<std::string> lines_;
+    std::vector<bool> terminated_; // whether each line ended in a line end
     size_t next_ = 0;
     std::string error_;
 };
@@ -222,11 +232,14 @@ FileOutcome SerializeDesign(const DesignRecord& d, std::string& bytes) {
     }
     if (ok) {
         const int option = d.surfaceOption;
-        if (option >= 0 && option <= 3)
+        // With no option ticked record 8 stays empty, which reads back as option 0; the
+        // constant fields follow, as they do for option 0.
+        const bool ticked = option >= 0 && option <= 3;
+        if (ticked)
             w.Number(option);
         else
             w.Empty();
-        if (option == kConstantSlopeResidue || option == kUserConstant) {
+        if (!ticked || option == kConstantSlopeResidue || option == kUserConstant) {
             ok = w.Texts({{&d.txtSurfStore, "Slope or Surface Storage field"},
                           {&d.txtResidue, "Residue field"}});
         } else if (option == kVariableSlopeResidue || option == kUserVariable) {
