@@ -1,6 +1,6 @@
 // Green-Ampt infiltration on the elliptical pattern. The reference pass peaks at 40 mm/h with a
-// half time of 0.4 h over soils with Hw = 110 mm. Values with more digits than the design notes
-// give come from tests/data/green_ampt_check.py, which solves the model its own way.
+// half time of 0.4 h over soils with Hw = 110 mm. Values given to five or more digits come from
+// tests/data/green_ampt_check.py, which solves the model its own way.
 
 #include "calc.h"
 #include "green_ampt.h"
