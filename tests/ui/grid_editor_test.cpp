@@ -3,28 +3,7 @@
 
 #include "WindowFixture.h"
 
-#include <QGroupBox>
 #include <QTableWidget>
-
-namespace {
-
-struct Grid {
-    WindowFixture& f;
-    QTableWidget* table = f.get<QTableWidget>("msgSurfStore");
-    QLineEdit* editor = f.field("txtEdit");
-
-    QString cell(int row, int column) const { return table->item(row, column)->text(); }
-    QPoint centre(int row, int column) const {
-        return table->visualItemRect(table->item(row, column)).center();
-    }
-    // Selects a cell and gives the table the focus, as a click on it would.
-    void select(int row, int column) {
-        table->setCurrentCell(row, column);
-        f.focus(table);
-    }
-};
-
-} // namespace
 
 class GridEditorTest : public QObject {
     Q_OBJECT
@@ -35,47 +14,66 @@ private slots:
     void leavingTheEditor_data();
     void leavingTheEditor();
     void segmentColumnIsNeverEdited();
-    void doubleClickOpensTheEditor();
-    void leavingTheCellWritesThatCell();
-    void constantOptionDropsTheEdit();
+    void cellLeftByMouseOrCodeGetsTheText();
     void panelsWhileEditing_data();
     void panelsWhileEditing();
 
 private:
+    // Cell (row, column) holds "0.<row>" in column 1 and "0.0<row>" in column 2.
+    QString cell(int row, int column) const { return grid_->item(row, column)->text(); }
+    QPoint centre(int row, int column) const {
+        return grid_->visualItemRect(grid_->item(row, column)).center();
+    }
+    void openOn(int row, int column) {
+        grid_->setCurrentCell(row, column);
+        f_->focus("msgSurfStore");
+        QTest::keyClick(grid_, Qt::Key_X);
+    }
+
     std::unique_ptr<WindowFixture> f_;
+    QTableWidget* grid_ = nullptr;
+    QLineEdit* editor_ = nullptr;
 };
 
 void GridEditorTest::init() {
     f_ = std::make_unique<WindowFixture>();
-    QVERIFY(f_->active());
-    f_->action("mnuOptionsSR3")->trigger();
-    auto* table = f_->get<QTableWidget>("msgSurfStore");
+    QVERIFY(f_->active);
+    f_->trigger("mnuOptionsSR3");
+    grid_ = f_->get<QTableWidget>("msgSurfStore");
+    editor_ = f_->field("txtEdit");
     for (int row = 1; row <= 10; ++row) {
-        table->item(row, 1)->setText(QStringLiteral("0.%1").arg(row));
-        table->item(row, 2)->setText(QStringLiteral("0.0%1").arg(row));
+        grid_->item(row, 1)->setText(QStringLiteral("0.%1").arg(row));
+        grid_->item(row, 2)->setText(QStringLiteral("0.0%1").arg(row));
     }
 }
 
 void GridEditorTest::typedKeyOnlyOpensTheEditor() {
-    Grid g{*f_};
-    g.select(3, 1);
-    QTest::keyClick(g.table, Qt::Key_5);
-    QVERIFY(!g.editor->isHidden());
-    QCOMPARE(g.editor->text(), QStringLiteral("0.3")); // the 5 is not typed
-    QCOMPARE(g.editor->cursorPosition(), 3);
-    QCOMPARE(QApplication::focusWidget(), g.editor);
-    // Laid exactly over the cell.
-    const QRect cell = g.table->visualItemRect(g.table->item(3, 1));
-    QCOMPARE(g.editor->mapToGlobal(QPoint(0, 0)), g.table->viewport()->mapToGlobal(cell.topLeft()));
-    QCOMPARE(g.editor->size(), cell.size());
-    QCOMPARE(g.cell(3, 1), QStringLiteral("0.3"));
+    grid_->setCurrentCell(3, 1);
+    f_->focus("msgSurfStore");
+    QTest::keyClick(grid_, Qt::Key_5);
+    QVERIFY(!editor_->isHidden());
+    QCOMPARE(editor_->text(), QStringLiteral("0.3")); // the 5 is not typed
+    QCOMPARE(editor_->cursorPosition(), 3);
+    QCOMPARE(QApplication::focusWidget(), editor_);
+    const QRect rect = grid_->visualItemRect(grid_->item(3, 1)); // laid exactly over the cell
+    QCOMPARE(editor_->mapToGlobal(QPoint(0, 0)), grid_->viewport()->mapToGlobal(rect.topLeft()));
+    QCOMPARE(editor_->size(), rect.size());
+    QCOMPARE(cell(3, 1), QStringLiteral("0.3"));
+
+    // A double click opens it as well.
+    QTest::keyClick(editor_, Qt::Key_Escape);
+    QTest::mouseClick(grid_->viewport(), Qt::LeftButton, {}, centre(6, 2));
+    QTest::mouseDClick(grid_->viewport(), Qt::LeftButton, {}, centre(6, 2));
+    QVERIFY(!editor_->isHidden());
+    QCOMPARE(editor_->text(), QStringLiteral("0.06"));
 }
 
 void GridEditorTest::leavingTheEditor_data() {
     QTest::addColumn<int>("row");
     QTest::addColumn<int>("key");
     QTest::addColumn<int>("rowAfter");
-    QTest::addColumn<QString>("textAfter"); // of the edited cell
+    QTest::addColumn<QString>("textAfter"); // of the edited cell, after typing 9 in the editor
+    // clang-format off
     QTest::newRow("Enter") << 4 << int(Qt::Key_Return) << 4 << "0.49";
     QTest::newRow("keypad Enter") << 4 << int(Qt::Key_Enter) << 4 << "0.49";
     QTest::newRow("Escape") << 4 << int(Qt::Key_Escape) << 4 << "0.4";
@@ -83,6 +81,7 @@ void GridEditorTest::leavingTheEditor_data() {
     QTest::newRow("Down") << 5 << int(Qt::Key_Down) << 6 << "0.59";
     QTest::newRow("Up in row 1") << 1 << int(Qt::Key_Up) << 1 << "0.19";
     QTest::newRow("Down in row 10") << 10 << int(Qt::Key_Down) << 10 << "0.109";
+    // clang-format on
 }
 
 void GridEditorTest::leavingTheEditor() {
@@ -90,81 +89,51 @@ void GridEditorTest::leavingTheEditor() {
     QFETCH(int, key);
     QFETCH(int, rowAfter);
     QFETCH(QString, textAfter);
-    Grid g{*f_};
-    g.select(row, 1);
-    QTest::keyClick(g.table, Qt::Key_X);
-    QTest::keyClick(g.editor, Qt::Key_9);
-    QTest::keyClick(g.editor, Qt::Key(key));
-    QVERIFY(g.editor->isHidden());
-    QCOMPARE(QApplication::focusWidget(), g.table);
-    QCOMPARE(g.table->currentRow(), rowAfter);
-    QCOMPARE(g.table->currentColumn(), 1);
-    QCOMPARE(g.cell(row, 1), textAfter);
-    if (rowAfter != row) // the neighbour is only made current, not written
-        QCOMPARE(g.cell(rowAfter, 1), QStringLiteral("0.%1").arg(rowAfter));
-    QCOMPARE(g.cell(row, 2), QStringLiteral("0.0%1").arg(row));
+    openOn(row, 1);
+    QTest::keyClick(editor_, Qt::Key_9);
+    QTest::keyClick(editor_, Qt::Key(key));
+    QVERIFY(editor_->isHidden());
+    QCOMPARE(QApplication::focusWidget(), grid_);
+    QCOMPARE(grid_->currentRow(), rowAfter);
+    QCOMPARE(grid_->currentColumn(), 1);
+    QCOMPARE(cell(row, 1), textAfter);
+    QCOMPARE(cell(rowAfter, 1), rowAfter == row ? textAfter : QStringLiteral("0.%1").arg(rowAfter));
+    QCOMPARE(cell(row, 2), QStringLiteral("0.0%1").arg(row));
 }
 
 void GridEditorTest::segmentColumnIsNeverEdited() {
-    Grid g{*f_};
-    g.select(4, 2);
-    QTest::mouseClick(g.table->viewport(), Qt::LeftButton, {}, g.centre(6, 0));
-    QCOMPARE(g.table->currentRow(), 4);
-    QCOMPARE(g.table->currentColumn(), 2);
-    QTest::mouseClick(g.table->viewport(), Qt::LeftButton, {}, g.centre(0, 1));
-    QCOMPARE(g.table->currentRow(), 4);
-
-    // Not from code either, so a key never edits a segment label.
-    const QString label = g.cell(6, 0);
-    g.table->setCurrentCell(6, 0);
-    QCOMPARE(g.table->currentColumn(), 2);
-    QTest::keyClick(g.table, Qt::Key_7);
-    QTest::keyClick(g.editor, Qt::Key_Return);
-    QCOMPARE(g.cell(6, 0), label);
-    QCOMPARE(g.cell(4, 2), QStringLiteral("0.04"));
+    grid_->setCurrentCell(4, 2);
+    QTest::mouseClick(grid_->viewport(), Qt::LeftButton, {}, centre(6, 0));
+    QTest::mouseClick(grid_->viewport(), Qt::LeftButton, {}, centre(0, 1));
+    grid_->setCurrentCell(6, 0);
+    QCOMPARE(grid_->currentRow(), 4);
+    QCOMPARE(grid_->currentColumn(), 2);
+    const QString label = cell(6, 0);
+    QTest::keyClick(grid_, Qt::Key_7);
+    QTest::keyClick(editor_, Qt::Key_Return);
+    QCOMPARE(cell(6, 0), label);
 }
 
-void GridEditorTest::doubleClickOpensTheEditor() {
-    Grid g{*f_};
-    QTest::mouseClick(g.table->viewport(), Qt::LeftButton, {}, g.centre(6, 2));
-    QTest::mouseDClick(g.table->viewport(), Qt::LeftButton, {}, g.centre(6, 2));
-    QVERIFY(!g.editor->isHidden());
-    QCOMPARE(g.editor->text(), QStringLiteral("0.06"));
-    QTest::keyClicks(g.editor, "5");
-    QTest::keyClick(g.editor, Qt::Key_Return);
-    QCOMPARE(g.cell(6, 2), QStringLiteral("0.065"));
-}
+void GridEditorTest::cellLeftByMouseOrCodeGetsTheText() {
+    openOn(2, 1);
+    editor_->setText("1.5");
+    QTest::mouseClick(grid_->viewport(), Qt::LeftButton, {}, centre(7, 2));
+    QVERIFY(editor_->isHidden());
+    QCOMPARE(cell(2, 1), QStringLiteral("1.5"));
+    QCOMPARE(cell(7, 2), QStringLiteral("0.07"));
 
-void GridEditorTest::leavingTheCellWritesThatCell() {
-    Grid g{*f_};
-    g.select(2, 1);
-    QTest::keyClick(g.table, Qt::Key_A);
-    g.editor->setText("1.5");
-    QTest::mouseClick(g.table->viewport(), Qt::LeftButton, {}, g.centre(7, 2));
-    QVERIFY(g.editor->isHidden());
-    QCOMPARE(g.cell(2, 1), QStringLiteral("1.5"));
-    QCOMPARE(g.cell(7, 2), QStringLiteral("0.07"));
-    QCOMPARE(g.table->currentRow(), 7);
-    QCOMPARE(g.table->currentColumn(), 2);
+    openOn(3, 2);
+    editor_->setText("2.5");
+    grid_->setCurrentCell(9, 1);
+    QCOMPARE(cell(3, 2), QStringLiteral("2.5"));
+    QCOMPARE(cell(9, 1), QStringLiteral("0.9"));
 
-    // The same when the cell changes from code while the editor is open.
-    g.select(3, 2);
-    QTest::keyClick(g.table, Qt::Key_A);
-    g.editor->setText("2.5");
-    g.table->setCurrentCell(9, 1);
-    QCOMPARE(g.cell(3, 2), QStringLiteral("2.5"));
-    QCOMPARE(g.cell(9, 1), QStringLiteral("0.9"));
-}
-
-void GridEditorTest::constantOptionDropsTheEdit() {
-    Grid g{*f_};
-    g.select(2, 1);
-    QTest::keyClick(g.table, Qt::Key_A);
-    g.editor->setText("7");
-    f_->action("mnuOptionsSR2")->trigger();
-    QVERIFY(g.editor->isHidden());
-    QVERIFY(g.table->isHidden());
-    QCOMPARE(g.cell(2, 1), QStringLiteral("0.2"));
+    // A constant option hides the table and drops an open edit.
+    openOn(2, 1);
+    editor_->setText("7");
+    f_->trigger("mnuOptionsSR2");
+    QVERIFY(editor_->isHidden());
+    QCOMPARE(cell(2, 1), QStringLiteral("1.5"));
 }
 
 void GridEditorTest::panelsWhileEditing_data() {
@@ -181,19 +150,16 @@ void GridEditorTest::panelsWhileEditing() {
     QFETCH(QString, option);
     QFETCH(int, column);
     QFETCH(QString, panel);
-    Grid g{*f_};
-    auto* surface = f_->get<QGroupBox>("frmSurfStore");
-    auto* residue = f_->get<QGroupBox>("frmResidueStore");
+    QWidget* surface = f_->get("frmSurfStore");
+    QWidget* residue = f_->get("frmResidueStore");
     residue->move(0, 0);
-    f_->action(option.toLatin1().constData())->trigger();
-    g.select(5, column);
-    QTest::keyClick(g.table, Qt::Key_A);
+    f_->trigger(option);
+    openOn(5, column);
     QCOMPARE(!surface->isHidden(), panel == "frmSurfStore");
     QCOMPARE(!residue->isHidden(), panel == "frmResidueStore");
-    QCOMPARE(residue->pos(), QPoint(370, 380)); // left 4440, top 4560 twips at 12 to a pixel
-    QTest::keyClick(g.editor, Qt::Key_Return);
-    QVERIFY(surface->isHidden());
-    QVERIFY(residue->isHidden());
+    QCOMPARE(residue->pos(), QPoint(370, 380)); // left 4440, top 4560 twips
+    QTest::keyClick(editor_, Qt::Key_Return);
+    QVERIFY(surface->isHidden() && residue->isHidden());
 }
 
 QTEST_MAIN(GridEditorTest)
