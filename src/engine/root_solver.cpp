@@ -3,23 +3,27 @@
 #include "green_ampt.h"
 
 #include <cmath>
+#include <string_view>
 
 namespace rainfold {
 
 double EvalEquation(const std::string& name, double x, const EquationParams& params) {
-    if (name == "FindTs")
+    using namespace std::string_view_literals;
+    // Compared as views: the lengths settle most comparisons before any character is read.
+    const std::string_view n = name;
+    if (n == "FindTs"sv)
         return EqFindTs(x, params);
-    else if (name == "FindTsVarMC")
+    else if (n == "FindTsVarMC"sv)
         return EqFindTsVarMC(x, params);
-    else if (name == "FindF@Tf")
+    else if (n == "FindF@Tf"sv)
         return EqFindFAtTf(x, params);
-    else if (name == "FindF@TfVarMC")
+    else if (n == "FindF@TfVarMC"sv)
         return EqFindFAtTfVarMC(x, params);
-    else if (name == "Findt@ss2")
+    else if (n == "Findt@ss2"sv)
         return EqFindTAtSs2(x, params);
-    else if (name == "FindFgivenT")
+    else if (n == "FindFgivenT"sv)
         return EqFindFGivenT(x, params);
-    else if (name == "FindFgivenTVarMC")
+    else if (n == "FindFgivenTVarMC"sv)
         return EqFindFGivenTVarMC(x, params);
     return 0;
 }
