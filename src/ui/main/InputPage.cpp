@@ -152,12 +152,11 @@ void ROAnalysis::buildInputPage(QWidget* page) {
     txtEdit->hide();
     QWidget::setTabOrder(txtEdit, msgSurfStore);
 
-    for (QWidget* w : {static_cast<QWidget*>(txtSYL), static_cast<QWidget*>(txtWetDiam),
-                       static_cast<QWidget*>(txtSurfStore), static_cast<QWidget*>(txtResidue),
-                       static_cast<QWidget*>(txtThetaS), static_cast<QWidget*>(txtThetaI),
-                       static_cast<QWidget*>(txtRzDepth), static_cast<QWidget*>(msgSurfStore),
-                       static_cast<QWidget*>(txtEdit)})
-        w->installEventFilter(this);
+    const std::initializer_list<QWidget*> watched = {txtSYL,     txtWetDiam,   txtSurfStore,
+                                                     txtResidue, txtThetaS,    txtThetaI,
+                                                     txtRzDepth, msgSurfStore, txtEdit};
+    for (QWidget* control : watched)
+        control->installEventFilter(this);
 }
 
 void ROAnalysis::buildLocationFrame(QWidget* page) {
@@ -396,14 +395,14 @@ void ROAnalysis::buildReferencePanels(QWidget* page) {
 }
 
 void ROAnalysis::txtMode(bool enabled) {
-    const QWidget* controls[] = {
+    QWidget* const controls[] = {
         txtDescription, txtLegalID,   txtCounty, txtState,   txtDesigner,     txtDate,
         txtSYL,         txtGPM,       txtAPPL,   txtWetDiam, cboIntakeFamily, txtSurfStore,
         txtResidue,     msgSurfStore, txtUk,     txtUN,      txtKS,           txtHW,
         txtThetaS,      txtThetaI,    txtOmega,  txtRzDepth,
     };
-    for (const QWidget* control : controls)
-        const_cast<QWidget*>(control)->setEnabled(enabled);
+    for (QWidget* control : controls)
+        control->setEnabled(enabled);
 }
 
 int ROAnalysis::surfaceOption() const {
