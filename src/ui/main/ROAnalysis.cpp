@@ -80,6 +80,7 @@ ROAnalysis::ROAnalysis(QWidget* parent) : QMainWindow(parent), fileDialog_(Platf
     setCentralWidget(SSTab1);
 
     buildInputPage(inputPage_);
+    buildResultsPage(resultsPage_);
     buildMenus();
     buildToolBar();
     buildStatusBar();
@@ -97,6 +98,7 @@ ROAnalysis::ROAnalysis(QWidget* parent) : QMainWindow(parent), fileDialog_(Platf
     setOutputsEnabled(false);
 
     connectSignals();
+    connectResultsSignals();
     resize(960, 750);
 }
 
@@ -271,6 +273,8 @@ void ROAnalysis::SSTab1_Click(int previousTab) {
     if (SSTab1->currentIndex() == 0) {
         setOutputsEnabled(false);
         setSurfaceOptionsEnabled(true);
+    } else {
+        showResults();
     }
 }
 

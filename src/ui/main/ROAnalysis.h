@@ -2,13 +2,18 @@
 // The main window: the whole design lives in its input fields, its Options-menu ticks and its
 // segment table; every command is offered in the menu bar and the toolbar.
 
+#include "chart_data.h"
 #include "design.h"
+#include "print_inputs.h"
+#include "results.h"
+#include "results_page.h"
 
 #include <QMainWindow>
 #include <QString>
 
 #include <array>
 #include <functional>
+#include <memory>
 
 class QAction;
 class QComboBox;
@@ -21,6 +26,7 @@ class QTabWidget;
 class QTableWidget;
 class QToolBar;
 class QWidget;
+class ResultsView;
 
 // What the window asks of a file dialog. The open and save commands share one dialog state, so
 // the name shown at first is the one the last dialog ended with (a folder the very first time).
@@ -77,9 +83,22 @@ public:
     // Replaces the platform file dialog (tests answer it without a window).
     void setFileDialog(FileDialogFunction dialog);
 
+    // The results side: the one results record the window owns, the page that shows it, the
+    // weighted averages of the page, and what the printed report and plot read.
+    const rainfold::Results& results() const { return *results_; }
+    ResultsView* resultsView() const { return resultsView_; }
+    const std::array<rainfold::Cell, 4>& WeightedRunoff() const { return WeightedRunoff_; }
+    rainfold::PrintInputs printInputs();
+
 public slots:
     // Runs the command of a toolbar button, chosen by the button's key.
     void tbToolBar_ButtonClick(const QString& key);
+    void mnuFilePrintPreview_Click();
+    void mnuFilePrint_Click();
+    void mnuFilePlotPreview_Click();
+    void mnuFilePlot_Click();
+    void cmdPrev_Click();
+    void cmdNext_Click();
 
 private slots:
     void mnuFileNew_Click();
@@ -113,6 +132,16 @@ private:
     void connectSignals();
 
     void SSTab1_Click(int previousTab);
+
+    // The results side (ROAnalysisResults.cpp).
+    void buildResultsPage(QWidget* page);
+    void connectResultsSignals();
+    bool checkDesign(const rainfold::DesignRecord& design);
+    void showResults();
+    bool Calc_Results_And_Populate();
+    void Populate_Results(const rainfold::DesignRecord& design);
+    void Display_Chart(int row, int column);
+    void stepSlot(int step);
     void cboIntakeFamily_Click();
     void txtThetaI_Change();
     void updateOmega();
@@ -199,4 +228,13 @@ private:
     FileDialogFunction fileDialog_;
 
     bool closing_ = false;
+
+    // Results
+    ResultsView* resultsView_ = nullptr;
+    std::unique_ptr<rainfold::Results> results_;
+    std::array<rainfold::Cell, 4> WeightedRunoff_{};
+    rainfold::ResultsPage shownPage_;
+    rainfold::ChartData shownChart_;
+    int chartRow_ = -1;
+    int chartColumn_ = -1;
 };

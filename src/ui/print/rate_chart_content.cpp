@@ -34,8 +34,10 @@ QLineSeries* AddSeries(QChart* chart, const std::vector<ChartPoint>& points, con
 
 void FillRateChart(QChart* chart, const ChartData& data, bool drawn) {
     chart->removeAllSeries();
-    for (QAbstractAxis* axis : chart->axes())
+    for (QAbstractAxis* axis : chart->axes()) {
         chart->removeAxis(axis);
+        delete axis; // a removed axis is the caller's to delete
+    }
     chart->setBackgroundRoundness(0);
     chart->setMargins(QMargins(4, 4, 4, 4));
     chart->legend()->setVisible(drawn);

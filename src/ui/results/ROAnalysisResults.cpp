@@ -1,0 +1,195 @@
+// The results side of the main window: the checks and computation behind the page change, the
+// results page, the chart of the chosen cell, the family-slot buttons and the printed output.
+
+#include "Messages.h"
+#include "ROAnalysis.h"
+#include "RateChart.h"
+#include "ResultsView.h"
+
+#include "calc.h"
+#include "chart_picture.h"
+#include "checks.h"
+#include "printing.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+using namespace rainfold;
+
+namespace {
+
+QString Q(const std::string& text) {
+    return QString::fromStdString(text);
+}
+
+} // namespace
+
+void ROAnalysis::buildResultsPage(QWidget* page) {
+    results_ = std::make_unique<Results>();
+    auto* layout = new QVBoxLayout(page);
+    layout->setContentsMargins(4, 4, 4, 4);
+    resultsView_ = new ResultsView(page);
+    layout->addWidget(resultsView_);
+}
+
+void ROAnalysis::connectResultsSignals() {
+    connect(resultsView_, &ResultsView::prevClicked, this, &ROAnalysis::cmdPrev_Click);
+    connect(resultsView_, &ResultsView::nextClicked, this, &ROAnalysis::cmdNext_Click);
+    connect(resultsView_, &ResultsView::chartRequested, this, &ROAnalysis::Display_Chart);
+    connect(mnuFilePrintPreview, &QAction::triggered, this, &ROAnalysis::mnuFilePrintPreview_Click);
+    connect(mnuFilePrint, &QAction::triggered, this, &ROAnalysis::mnuFilePrint_Click);
+    connect(mnuFilePlotPreview, &QAction::triggered, this, &ROAnalysis::mnuFilePlotPreview_Click);
+    connect(mnuFilePlot, &QAction::triggered, this, &ROAnalysis::mnuFilePlot_Click);
+}
+
+// The checks of the page change, in order. An error, or a warning the user cancels, returns to
+// "Input Data" with the focus in the field.
+bool ROAnalysis::checkDesign(const DesignRecord& design) {
+    for (const CheckFailure& failure : CheckDesign(design)) {
+        QWidget* field = findChild<QWidget*>(Q(failure.field));
+        const auto backToField = [&] {
+            SSTab1->setCurrentIndex(0);
+            if (field)
+                field->setFocus();
+        };
+        if (failure.kind == CheckKind::Warning) {
+            if (ui::AskWarning(this, Q(failure.message)))
+                continue;
+            backToField();
+            return false;
+        }
+        SSTab1->setCurrentIndex(0);
+        ui::ShowError(this, Q(failure.message));
+        backToField();
+        return false;
+    }
+    return true;
+}
+
+void ROAnalysis::showResults() {
+    const DesignRecord design = this->design();
+    if (!checkDesign(design))
+        return;
+
+    setOutputsEnabled(true);
+    setSurfaceOptionsEnabled(false);
+    resultsView_->setNavigationContext(design.intakeFamilyIndex, design.greenAmpt);
+    resultsView_->setSlotText(QString::number(InitialSlot(design.intakeFamilyIndex)));
+
+    // Hidden while the pages fill, so nothing half-filled is drawn.
+    SSTab1->setVisible(false);
+    const bool computed = Calc_Results_And_Populate();
+    SSTab1->setVisible(true);
+    if (!computed)
+        SSTab1->setCurrentIndex(0);
+}
+
+// Runs the engine on the design as it stands and fills the page. A fault is reported in the
+// error box; what was written before it keeps its value.
+bool ROAnalysis::Calc_Results_And_Populate() {
+    const DesignRecord design = this->design();
+    const CalcOutcome outcome = Calc_Results(design, *results_, [this](const std::string& message) {
+        ui::ShowNotice(this, Q(message));
+    });
+    if (outcome.status == CalcStatus::NoFamily) {
+        ui::ShowNotice(this, Q(outcome.message));
+        cboIntakeFamily->setFocus();
+        SSTab1->setCurrentIndex(0);
+        return false;
+    }
+    if (!outcome.ok()) {
+        ui::ShowError(this, Q(outcome.message));
+        return false;
+    }
+    Populate_Results(design);
+    return shownPage_.fault.empty();
+}
+
+void ROAnalysis::Populate_Results(const DesignRecord& design) {
+    const int slot = resultsView_->slotText().toInt();
+    shownPage_ = BuildResultsPage(design, *results_, slot);
+    WeightedRunoff_ = shownPage_.WeightedRunoff;
+    resultsView_->Populate_Results(shownPage_);
+    if (!shownPage_.fault.empty())
+        ui::ShowError(this, Q(shownPage_.fault));
+}
+
+void ROAnalysis::Display_Chart(int row, int column) {
+    resultsView_->noteColumn(column);
+    if (column < 3 || row < 0)
+        return;
+    const DesignRecord design = this->design();
+    const ChartRequest request{column, row, resultsView_->slotText().toInt()};
+    const ChartOutcome outcome = BuildChart(
+        design, *results_, request, [this](const std::string& m) { ui::ShowNotice(this, Q(m)); });
+    if (!outcome.fault.empty()) {
+        ui::ShowError(this, Q(outcome.fault));
+        return;
+    }
+    if (!outcome.drawn)
+        return;
+    shownChart_ = outcome.data;
+    chartRow_ = row;
+    chartColumn_ = column;
+    resultsView_->showChart(outcome.data);
+}
+
+void ROAnalysis::stepSlot(int step) {
+    const int slot = resultsView_->slotText().toInt();
+    if ((step > 0 && slot < 3) || (step < 0 && slot > 1))
+        resultsView_->setSlotText(QString::number(slot + step));
+    if (Calc_Results_And_Populate())
+        resultsView_->setCurrentColumn(4);
+}
+
+void ROAnalysis::cmdPrev_Click() {
+    stepSlot(-1);
+}
+void ROAnalysis::cmdNext_Click() {
+    stepSlot(+1);
+}
+
+PrintInputs ROAnalysis::printInputs() {
+    PrintInputs in;
+    in.design = design();
+    in.page = shownPage_;
+    in.model = in.design.greenAmpt ? InfiltrationModel::GreenAmpt : InfiltrationModel::IntakeFamily;
+    in.txtCol = resultsView_->txtColText().toStdString();
+    in.shownRow = chartRow_;
+    in.txtHP = resultsView_->txtHPText().toStdString();
+    in.txtTS = resultsView_->txtTSText().toStdString();
+    in.txtTP = resultsView_->txtTPText().toStdString();
+    if (chartRow_ >= 0 && chartColumn_ >= 0)
+        in.percentRunoff =
+            resultsView_->grid()->item(chartRow_, chartColumn_)->text().toStdString();
+    in.SurfStore = results_->SurfStore;
+    in.version = ui::VersionText().toStdString();
+    in.printDate = ui::ShortDateToday().toStdString();
+    // The plot takes the chart as it is shown, straight from the chart.
+    RateChart* chart = resultsView_->chart();
+    if (chart->hasData()) {
+        const QSize pixels(static_cast<int>(ui::kChartPictureWidth / 1440 * 96 * 3),
+                           static_cast<int>(ui::kChartPictureHeight / 1440 * 96 * 3));
+        in.chart = ui::MakePicture(chart->picture(pixels), ui::kChartPictureWidth,
+                                   ui::kChartPictureHeight);
+    } else {
+        in.chart = ui::ChartPicture(ChartData{}, false);
+    }
+    return in;
+}
+
+void ROAnalysis::mnuFilePrintPreview_Click() {
+    ui::PreviewReport(this, printInputs());
+}
+void ROAnalysis::mnuFilePrint_Click() {
+    ui::PrintReportToPrinter(this, printInputs());
+}
+void ROAnalysis::mnuFilePlotPreview_Click() {
+    ui::PreviewPlot(this, printInputs());
+}
+void ROAnalysis::mnuFilePlot_Click() {
+    ui::PrintPlotToPrinter(this, printInputs());
+}

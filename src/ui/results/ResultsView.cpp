@@ -1,0 +1,294 @@
+#include "ResultsView.h"
+
+#include "RateChart.h"
+#include "intake.h"
+
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QVBoxLayout>
+
+namespace {
+
+QLineEdit* ReadOnlyField(QWidget* parent, const QString& name, int width = 70) {
+    auto* field = new QLineEdit(parent);
+    field->setObjectName(name);
+    field->setReadOnly(true);
+    field->setAlignment(Qt::AlignCenter);
+    field->setFixedWidth(width);
+    return field;
+}
+
+QLabel* Caption(QWidget* parent, const QString& text, Qt::Alignment align = Qt::AlignLeft) {
+    auto* label = new QLabel(text, parent);
+    label->setAlignment(align | Qt::AlignVCenter);
+    return label;
+}
+
+// Family name of family number `family` for the buttons; the customised slot has no family name.
+QString ButtonFamilyName(int family) {
+    if (family == rainfold::kCustomizedValuesIndex + 1)
+        return QStringLiteral("Customized Values");
+    if (family < 1 || family > 7)
+        return QString();
+    return QString::fromLatin1(rainfold::kIntakeFamilyName[static_cast<size_t>(family)]) +
+           QStringLiteral(" Intake");
+}
+
+const QColor kHighlightBack(0, 0, 255);     // light blue
+const QColor kHighlightText(192, 192, 192); // light grey
+
+} // namespace
+
+ResultsView::ResultsView(QWidget* parent) : QWidget(parent) {
+    auto* outer = new QHBoxLayout(this);
+
+    auto* frame = new QGroupBox(QStringLiteral("Percent Potential Runoff"), this);
+    frame->setObjectName(QStringLiteral("frmResults"));
+    auto* left = new QVBoxLayout(frame);
+
+    // Model or family caption and the slot navigation.
+    auto* nav = new QHBoxLayout;
+    lblIntakeFamily = Caption(frame, QString());
+    lblIntakeFamily->setObjectName(QStringLiteral("lblIntakeFamily"));
+    QFont bold = lblIntakeFamily->font();
+    bold.setBold(true);
+    lblIntakeFamily->setFont(bold);
+    cmdPrev = new QPushButton(QStringLiteral("Prev"), frame);
+    cmdPrev->setObjectName(QStringLiteral("cmdPrev"));
+    cmdNext = new QPushButton(QStringLiteral("Next"), frame);
+    cmdNext->setObjectName(QStringLiteral("cmdNext"));
+    txtIC = ReadOnlyField(frame, QStringLiteral("txtIC"), 30);
+    txtIC->setVisible(false); // the slot is state, not something to read
+    nav->addWidget(cmdPrev);
+    nav->addStretch();
+    nav->addWidget(lblIntakeFamily);
+    nav->addWidget(txtIC);
+    nav->addStretch();
+    nav->addWidget(cmdNext);
+    left->addLayout(nav);
+
+    // Per-case summaries under the capacity headings.
+    auto* summary = new QGridLayout;
+    for (int k = 0; k < 3; ++k) {
+        lblGPM[k] = Caption(frame, QString(), Qt::AlignHCenter);
+        lblGPM[k]->setObjectName(QStringLiteral("lblGPM%1").arg(k + 1));
+        summary->addWidget(lblGPM[k], 0, k + 1);
+        summary->addWidget(Caption(frame, QStringLiteral("(gpm)"), Qt::AlignHCenter), 1, k + 1);
+        txtHours[k] = ReadOnlyField(frame, QStringLiteral("txtHours(%1)").arg(k));
+        txtHPV[k] = ReadOnlyField(frame, QStringLiteral("txtHPV(%1)").arg(k));
+        txtTPV[k] = ReadOnlyField(frame, QStringLiteral("txtTPV(%1)").arg(k));
+        summary->addWidget(txtHours[k], 2, k + 1, Qt::AlignHCenter);
+        summary->addWidget(txtHPV[k], 3, k + 1, Qt::AlignHCenter);
+        summary->addWidget(txtTPV[k], 4, k + 1, Qt::AlignHCenter);
+    }
+    summary->addWidget(Caption(frame, QStringLiteral("Hours per Revolution")), 2, 0);
+    summary->addWidget(Caption(frame, QStringLiteral("Peak Water Application Rate")), 3, 0);
+    summary->addWidget(Caption(frame, QStringLiteral("Water Application Time")), 4, 0);
+    left->addLayout(summary);
+
+    // Column headings above the table.
+    auto* headings = new QGridLayout;
+    const QStringList fixed = {QStringLiteral("System Length (feet)"),
+                               QStringLiteral("Wetted Diameter (feet)"),
+                               QStringLiteral("Surface Storage (in)")};
+    for (int c = 0; c < 3; ++c) {
+        auto* heading = Caption(frame, fixed[c], Qt::AlignHCenter);
+        heading->setWordWrap(true);
+        headings->addWidget(heading, 0, c);
+        gridHeadingGPM[c] = Caption(frame, QString(), Qt::AlignHCenter);
+        headings->addWidget(gridHeadingGPM[c], 0, c + 3);
+    }
+    left->addLayout(headings);
+
+    msgResults = new QTableWidget(10, 6, frame);
+    msgResults->setObjectName(QStringLiteral("msgResults"));
+    msgResults->horizontalHeader()->setVisible(false);
+    msgResults->verticalHeader()->setVisible(false);
+    msgResults->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    msgResults->setSelectionMode(QAbstractItemView::NoSelection);
+    msgResults->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    msgResults->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    msgResults->setMinimumHeight(10 * 24);
+    for (int r = 0; r < 10; ++r)
+        for (int c = 0; c < 6; ++c) {
+            auto* item = new QTableWidgetItem;
+            item->setTextAlignment(Qt::AlignCenter);
+            msgResults->setItem(r, c, item);
+        }
+    left->addWidget(msgResults, 1);
+
+    auto* averages = new QGridLayout;
+    averages->addWidget(Caption(frame, QStringLiteral("Weighted Average Percent Runoff")), 0, 0);
+    for (int k = 0; k < 3; ++k) {
+        txtWARP[k] = ReadOnlyField(frame, QStringLiteral("txtWARP(%1)").arg(k));
+        averages->addWidget(txtWARP[k], 0, k + 1, Qt::AlignHCenter);
+    }
+    left->addLayout(averages);
+    outer->addWidget(frame, 3);
+
+    // The chart and the "Location" numbers of the chosen cell.
+    auto* right = new QVBoxLayout;
+    MSChart1 = new RateChart(this);
+    MSChart1->setMinimumSize(360, 300);
+    right->addWidget(MSChart1, 1);
+    frmLocation = new QGroupBox(QStringLiteral("Location"), this);
+    frmLocation->setObjectName(QStringLiteral("frmLocation"));
+    auto* loc = new QGridLayout(frmLocation);
+    txtHP = ReadOnlyField(frmLocation, QStringLiteral("txtHP"));
+    txtTS = ReadOnlyField(frmLocation, QStringLiteral("txtTS"));
+    txtTP = ReadOnlyField(frmLocation, QStringLiteral("txtTP"));
+    txtCol = ReadOnlyField(frmLocation, QStringLiteral("txtCol"), 30);
+    txtCol->setVisible(false);
+    loc->addWidget(Caption(frmLocation, QStringLiteral("Peak Application Rate")), 0, 0);
+    loc->addWidget(txtHP, 0, 1);
+    loc->addWidget(Caption(frmLocation, QStringLiteral("in/hr")), 0, 2);
+    loc->addWidget(Caption(frmLocation, QStringLiteral("Time to Saturation")), 1, 0);
+    loc->addWidget(txtTS, 1, 1);
+    loc->addWidget(Caption(frmLocation, QStringLiteral("hr")), 1, 2);
+    loc->addWidget(Caption(frmLocation, QStringLiteral("Time to Peak Application")), 2, 0);
+    loc->addWidget(txtTP, 2, 1);
+    loc->addWidget(Caption(frmLocation, QStringLiteral("hr")), 2, 2);
+    loc->addWidget(txtCol, 3, 1);
+    frmLocation->setVisible(false);
+    right->addWidget(frmLocation);
+    outer->addLayout(right, 2);
+
+    connect(cmdPrev, &QPushButton::clicked, this, &ResultsView::prevClicked);
+    connect(cmdNext, &QPushButton::clicked, this, &ResultsView::nextClicked);
+    connect(txtIC, &QLineEdit::textChanged, this, [this] { txtIC_Change(); });
+    connect(msgResults, &QTableWidget::cellClicked, this,
+            [this](int row, int column) { emit chartRequested(row, column); });
+    connect(msgResults, &QTableWidget::currentCellChanged, this,
+            [this](int row, int column, int previousRow, int previousColumn) {
+                if (previousRow >= 0 && previousColumn >= 0)
+                    msgResults_LeaveCell(previousRow, previousColumn);
+                if (row >= 0 && column >= 0)
+                    msgResults_EnterCell(row, column);
+            });
+}
+
+void ResultsView::Populate_Results(const rainfold::ResultsPage& page) {
+    for (size_t k = 0; k < 3; ++k) {
+        lblGPM[k]->setText(QString::fromStdString(page.lblGPM[k]));
+        gridHeadingGPM[k]->setText(QString::fromStdString(page.lblGPM[k]) +
+                                   QStringLiteral("\n(gpm)"));
+        txtHours[k]->setText(QString::fromStdString(page.txtHours[k]));
+        txtHPV[k]->setText(QString::fromStdString(page.txtHPV[k]));
+        txtTPV[k]->setText(QString::fromStdString(page.txtTPV[k]));
+    }
+    lblIntakeFamily->setText(QString::fromStdString(page.lblIntakeFamily));
+    populating_ = true;
+    lastRow_ = lastColumn_ = -1;
+    msgResults->setCurrentCell(0, 0);
+    for (int r = 0; r < 10; ++r) {
+        for (int c = 0; c < 6; ++c) {
+            msgResults->setCurrentCell(r, c);
+            msgResults->item(r, c)->setText(
+                QString::fromStdString(page.grid[static_cast<size_t>(r)][static_cast<size_t>(c)]));
+        }
+        msgResults->setCurrentCell(r, 0);
+    }
+    populating_ = false;
+    for (size_t k = 0; k < 3; ++k)
+        txtWARP[k]->setText(QString::fromStdString(page.txtWARP[k]));
+    if (lastRow_ >= 0)
+        emit chartRequested(lastRow_, lastColumn_);
+    emit chartRequested(currentRow(), currentColumn());
+}
+
+void ResultsView::showChart(const rainfold::ChartData& data) {
+    txtHP->setText(QString::fromStdString(data.txtHP));
+    txtTS->setText(QString::fromStdString(data.txtTS));
+    txtTP->setText(QString::fromStdString(data.txtTP));
+    frmLocation->setVisible(true);
+    MSChart1->setData(data);
+}
+
+QString ResultsView::slotText() const {
+    return txtIC->text();
+}
+
+void ResultsView::setSlotText(const QString& text) {
+    if (txtIC->text() == text)
+        txtIC_Change(); // the captions follow the context even when the slot stays
+    else
+        txtIC->setText(text);
+}
+
+void ResultsView::setNavigationContext(int familyListIndex, bool greenAmpt) {
+    familyListIndex_ = familyListIndex;
+    greenAmpt_ = greenAmpt;
+}
+
+void ResultsView::txtIC_Change() {
+    const QString slot = txtIC->text();
+    const int G = rainfold::SlotFamily(familyListIndex_ + 1, slot.toInt());
+    cmdPrev->setText(ButtonFamilyName(G - 1));
+    cmdNext->setText(ButtonFamilyName(G + 1));
+    bool prev = slot == QLatin1String("2") || slot == QLatin1String("3");
+    bool next = slot == QLatin1String("1") || slot == QLatin1String("2");
+    // No family lies beyond customised values, and the Green-Ampt model has one slot only.
+    if (G == rainfold::kCustomizedValuesIndex + 1)
+        next = false;
+    if (greenAmpt_)
+        prev = next = false;
+    cmdPrev->setVisible(prev);
+    cmdNext->setVisible(next);
+}
+
+int ResultsView::currentRow() const {
+    return msgResults->currentRow();
+}
+int ResultsView::currentColumn() const {
+    return msgResults->currentColumn();
+}
+void ResultsView::setCurrentColumn(int column) {
+    msgResults->setCurrentCell(msgResults->currentRow() < 0 ? 0 : msgResults->currentRow(), column);
+}
+
+void ResultsView::noteColumn(int column) {
+    txtCol->setText(QString::number(column));
+}
+
+QString ResultsView::txtColText() const {
+    return txtCol->text();
+}
+QString ResultsView::txtHPText() const {
+    return txtHP->text();
+}
+QString ResultsView::txtTSText() const {
+    return txtTS->text();
+}
+QString ResultsView::txtTPText() const {
+    return txtTP->text();
+}
+
+void ResultsView::msgResults_EnterCell(int row, int column) {
+    if (column >= 3) {
+        QTableWidgetItem* item = msgResults->item(row, column);
+        item->setBackground(kHighlightBack);
+        item->setForeground(kHighlightText);
+    }
+    if (populating_) {
+        if (column >= 3) {
+            lastRow_ = row;
+            lastColumn_ = column;
+        }
+        return;
+    }
+    emit chartRequested(row, column);
+}
+
+void ResultsView::msgResults_LeaveCell(int row, int column) {
+    QTableWidgetItem* item = msgResults->item(row, column);
+    if (!item)
+        return;
+    item->setBackground(QBrush());
+    item->setForeground(QBrush());
+}
