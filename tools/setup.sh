@@ -8,7 +8,8 @@ RAINFOLD_BUILD="${RAINFOLD_BUILD:-$RAINFOLD_ROOT/build}"
 RAINFOLD_JOBS="${RAINFOLD_JOBS:-$(nproc)}"
 
 packages=(cmake g++ make qt6-base-dev qt6-charts-dev libgl-dev libgtest-dev libbenchmark-dev
-          xvfb xauth python3 poppler-utils fonts-dejavu-core fonts-liberation)
+          xvfb xauth python3 poppler-utils fonts-dejavu-core fonts-liberation
+          libqt6opengl6-dev)
 
 missing=()
 for p in "${packages[@]}"; do
