@@ -1,4 +1,5 @@
 #include "print_commands.h"
+#include "load_design.h"
 
 #include "calc.h"
 #include "chart_data.h"
@@ -112,22 +113,8 @@ int Run(Page kind, const std::vector<std::string>& args) {
     }
 
     DesignRecord design;
-    const FileOutcome opened = OpenDesign(options.file, design);
-    if (!opened.ok) {
-        std::cerr << opened.message << '\n';
-        return 1;
-    }
-    design.greenAmpt = options.greenAmpt;
-
-    // A warning is taken as accepted, as if OK were pressed; an error stops.
-    for (const CheckFailure& f : CheckDesign(design)) {
-        if (f.kind == CheckKind::Warning) {
-            std::cerr << "Warning: " << f.message << '\n';
-            continue;
-        }
-        std::cerr << "Error: " << f.message << '\n';
-        return 2;
-    }
+    if (const int failed = LoadCheckedDesign(options.file, options.greenAmpt, design))
+        return failed;
 
     Results results;
     const Notify notify = [](const std::string& m) { std::cerr << m << '\n'; };

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "design.h"
+
+#include <string>
+
+namespace rainfold::cli {
+
+// Opens a design file and runs the window's checks on it: warnings are printed and accepted (as
+// if OK were pressed), an error stops. Returns 0 when the design is ready to compute, otherwise
+// the exit code (1: the file cannot be opened, 2: the design fails a check).
+int LoadCheckedDesign(const std::string& file, bool greenAmpt, DesignRecord& design);
+
+} // namespace rainfold::cli
