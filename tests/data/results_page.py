@@ -1,18 +1,17 @@
 #!/usr/bin/env python3
 """Independent texts of the results page and values of the rate chart for a few designs.
 
-Builds on reference_runoff.py (intake-family runoff, stepping searches replayed from the
-written description) and green_ampt_check.py (Green-Ampt solved its own way: fine-grid
-ponding, exact end of ponding, numerically integrated ponded time). From their numbers it
-forms what the page shows: the capacity headings, the per-case summaries with the half time
-rounded before it is doubled, the ten-row table, the area-weighted averages over positions
-1, 3, 5, 7, 9, and for a few cells the chart: 101 points of both rates, the ponding marker
-and the storage marker (the surface excess reaching the storage, found by bisection).
+Takes its runoff from reference_runoff.py (the intake-family searches replayed from the
+written description) and green_ampt_check.py (Green-Ampt solved its own way), and forms from
+it what the page shows: capacity headings, per-case summaries (the half time rounded before
+it is doubled), the ten-row table, the area-weighted averages over positions 1, 3, 5, 7, 9;
+and for a few cells the chart: 101 points of both rates, the ponding marker and the storage
+marker (the surface excess reaching the storage, found by bisection).
 
 Display rounding: halves away from zero on the 15-digit decimal form. A value closer to a
-rounding edge than the two implementations can be trusted to agree stops the script.
+rounding edge than two implementations can be trusted to agree on stops the script.
 
-Run:  python3 tests/data/results_page.py      (writes results_page.inc, about 3 minutes)
+Run:  python3 tests/data/results_page.py      (writes results_page.inc, about a minute)
 """
 import math
 import os
@@ -24,17 +23,18 @@ import reference_runoff as ref
 FAMILY_NAMES = ["", "0.1", "0.3", "0.5", "1.0", "1.5", "2.0", "3.0"]
 BLANK = [("", "")] * 10
 
+# Green-Ampt inputs, valid in every design; they count only with the model switched on.
+SOIL = dict(ks="10", hw="110", ths="0.45", thi="0.25", rz="1000", omega="0.0002")
 DESIGNS = {
     # one intake family, constant slope 4 % and residue 15 %: 0.11 in of storage everywhere
     "A": dict(syl="1320", gpm="900", appl="1.0", wet="30", index=3, uk="", un="", option=0,
-              s="4", r="15", rows=BLANK, green=False),
+              s="4", r="15", rows=BLANK, green=False, **SOIL),
     # the same without storage (slope above 5 %, residue at most 10 %)
     "Z": dict(syl="1320", gpm="900", appl="1.0", wet="30", index=3, uk="", un="", option=0,
-              s="10", r="5", rows=BLANK, green=False),
+              s="10", r="5", rows=BLANK, green=False, **SOIL),
     # Green-Ampt, first family of the list (the page opens on slot 1), 0.25 in typed storage
     "G": dict(syl="1300", gpm="800", appl="1", wet="40", index=0, uk="", un="", option=2,
-              s="0.2", r="0.05", rows=BLANK, green=True, ks="10", hw="110", ths="0.45",
-              thi="0.25", rz="1000", omega="0.0002"),
+              s="0.2", r="0.05", rows=BLANK, green=True, **SOIL),
 }
 PAGES = [("A", 1), ("A", 2), ("A", 3), ("G", 1)]
 CHARTS = [("A", 2, 4, 9), ("A", 2, 3, 0), ("Z", 2, 5, 9), ("G", 1, 4, 9)]
@@ -189,6 +189,15 @@ STRUCTS = """struct ResultsRefDesign {
     bool green;
     const char *ks, *hw, *ths, *thi, *rz, *omega;
 };
+inline rainfold::DesignRecord FromRef(const ResultsRefDesign& r) {
+    rainfold::DesignRecord d;
+    d.txtSYL = r.syl, d.txtGPM = r.gpm, d.txtAPPL = r.appl, d.txtWetDiam = r.wet;
+    d.intakeFamilyIndex = r.index, d.surfaceOption = r.option;
+    d.txtSurfStore = r.s, d.txtResidue = r.r, d.greenAmpt = r.green;
+    d.txtKS = r.ks, d.txtHW = r.hw, d.txtThetaS = r.ths, d.txtThetaI = r.thi;
+    d.txtRzDepth = r.rz, d.txtOmega = r.omega;
+    return d;
+}
 struct ResultsRefPage {
     int design, slot;
     const char *lblGPM[3], *txtHours[3], *txtHPV[3], *txtTPV[3], *caption;
@@ -216,7 +225,7 @@ def main():
            STRUCTS, "static const ResultsRefDesign kResultsDesigns[] = {"]
     for n in names:
         d = DESIGNS[n]
-        g = [d.get(x, "") for x in ("ks", "hw", "ths", "thi", "rz", "omega")]
+        g = [d[x] for x in ("ks", "hw", "ths", "thi", "rz", "omega")]
         out.append("    {%s, %d, %d, %s, %s, %s, %s}," % (
             ", ".join(cstr(d[x]) for x in ("syl", "gpm", "appl", "wet")), d["index"],
             d["option"], cstr(d["s"]), cstr(d["r"]), "true" if d["green"] else "false",

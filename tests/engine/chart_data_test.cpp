@@ -13,26 +13,6 @@ namespace {
 
 #include "../data/results_page.inc"
 
-DesignRecord FromRef(const ResultsRefDesign& r) {
-    DesignRecord d;
-    d.txtSYL = r.syl;
-    d.txtGPM = r.gpm;
-    d.txtAPPL = r.appl;
-    d.txtWetDiam = r.wet;
-    d.intakeFamilyIndex = r.index;
-    d.surfaceOption = r.option;
-    d.txtSurfStore = r.s;
-    d.txtResidue = r.r;
-    d.greenAmpt = r.green;
-    d.txtKS = r.ks;
-    d.txtHW = r.hw;
-    d.txtThetaS = r.ths;
-    d.txtThetaI = r.thi;
-    d.txtRzDepth = r.rz;
-    d.txtOmega = r.omega;
-    return d;
-}
-
 TEST(ChartScale, StepsOfTheYAxis) {
     // Worked by hand from the three rounding rules, each tested on the M the one before left.
     const struct {
