@@ -72,8 +72,9 @@ ChartOutcome BuildChart(const DesignRecord& design, const Results& res, const Ch
 
         const double P = Read(res.PeakRate.at(c, p, s));
         const double T = Read(res.HalfTime.at(c, p, s));
-        // The time to saturation of the model in use: with Green-Ampt, its own ponding time.
-        const double Ts = green ? Read(res.GAVarTs.at(c, p, 1)) : Read(res.PondStart.at(c, p, s));
+        // "Time to Saturation" shows the intake-family onset whichever model is in use; the
+        // Green-Ampt marker below uses that model's own ponding time.
+        const double Ts = Read(res.PondStart.at(c, p, s));
         const double SS = Read(res.SurfStore.at(static_cast<size_t>(p)));
         d.txtHP = FormatFixed(P / 25.4, 1);
         d.txtTS = FormatFixed(Ts, 2);

@@ -158,7 +158,8 @@ def chart(dsg, res, slot, column, row):
             return K * t ** N * (K * t ** (N + 1) / (N + 1)) / ref.applied(t, T, slope, S, False)
 
     times = [k * (2 * T) / 100 for k in range(101)]
-    ch = dict(txtHP=fixed(P / 25.4, 1), txtTS=fixed(tp, 2, 1e-4), txtTP=fixed(T, 2),
+    # "Time to Saturation" is the intake-family search's onset whichever model is in use.
+    ch = dict(txtHP=fixed(P / 25.4, 1), txtTS=fixed(cell["tp"], 2, 1e-4), txtTP=fixed(T, 2),
               intake=[1000 / 25.4] + [rate(t) / 25.4 for t in times[1:]],
               application=[app(t) / 25.4 for t in times], times=times,
               marker=(tp, app(tp) / 25.4 if ponds else 0.0), storage=None)

@@ -220,7 +220,7 @@ void ROAnalysis::buildSystemFields(QWidget* page) {
         AddField(page, QStringLiteral("txtWetDiam"), QRect(fieldX, 310, fieldW, 22),
                  QStringLiteral("Enter the wetted diameter of the nozzles in feet."), label);
 
-    label = AddLabel(page, QStringLiteral("lblIntakeFamily"), QStringLiteral("Intake Family"),
+    label = AddLabel(page, QStringLiteral("lblIntakeFamilyList"), QStringLiteral("Intake Family"),
                      QRect(labelX, 341, labelW, 20));
     cboIntakeFamily = new QComboBox(page);
     cboIntakeFamily->setObjectName(QStringLiteral("cboIntakeFamily"));

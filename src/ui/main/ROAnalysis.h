@@ -138,7 +138,7 @@ private:
     void connectResultsSignals();
     bool checkDesign(const rainfold::DesignRecord& design);
     void showResults();
-    bool Calc_Results_And_Populate();
+    QString Calc_Results_And_Populate();
     void Populate_Results(const rainfold::DesignRecord& design);
     void Display_Chart(int row, int column);
     void stepSlot(int step);

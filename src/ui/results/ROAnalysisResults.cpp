@@ -81,31 +81,32 @@ void ROAnalysis::showResults() {
 
     // Hidden while the pages fill, so nothing half-filled is drawn.
     SSTab1->setVisible(false);
-    const bool computed = Calc_Results_And_Populate();
+    const QString fault = Calc_Results_And_Populate();
     SSTab1->setVisible(true);
-    if (!computed)
+    if (!fault.isEmpty()) {
+        ui::ShowError(this, fault);
         SSTab1->setCurrentIndex(0);
+    }
 }
 
-// Runs the engine on the design as it stands and fills the page. A fault is reported in the
-// error box; what was written before it keeps its value.
-bool ROAnalysis::Calc_Results_And_Populate() {
+// Runs the engine on the design as it stands and fills the page. Returns the message of a fault
+// that stopped it (what was written before the fault keeps its value), empty when all went well.
+QString ROAnalysis::Calc_Results_And_Populate() {
     const DesignRecord design = this->design();
     const CalcOutcome outcome = Calc_Results(design, *results_, [this](const std::string& message) {
         ui::ShowNotice(this, Q(message));
     });
     if (outcome.status == CalcStatus::NoFamily) {
+        SSTab1->setVisible(true);
         ui::ShowNotice(this, Q(outcome.message));
         cboIntakeFamily->setFocus();
         SSTab1->setCurrentIndex(0);
-        return false;
+        return QString();
     }
-    if (!outcome.ok()) {
-        ui::ShowError(this, Q(outcome.message));
-        return false;
-    }
+    if (!outcome.ok())
+        return Q(outcome.message);
     Populate_Results(design);
-    return shownPage_.fault.empty();
+    return Q(shownPage_.fault);
 }
 
 void ROAnalysis::Populate_Results(const DesignRecord& design) {
@@ -113,8 +114,6 @@ void ROAnalysis::Populate_Results(const DesignRecord& design) {
     shownPage_ = BuildResultsPage(design, *results_, slot);
     WeightedRunoff_ = shownPage_.WeightedRunoff;
     resultsView_->Populate_Results(shownPage_);
-    if (!shownPage_.fault.empty())
-        ui::ShowError(this, Q(shownPage_.fault));
 }
 
 void ROAnalysis::Display_Chart(int row, int column) {
@@ -141,8 +140,11 @@ void ROAnalysis::stepSlot(int step) {
     const int slot = resultsView_->slotText().toInt();
     if ((step > 0 && slot < 3) || (step < 0 && slot > 1))
         resultsView_->setSlotText(QString::number(slot + step));
-    if (Calc_Results_And_Populate())
+    const QString fault = Calc_Results_And_Populate();
+    if (fault.isEmpty())
         resultsView_->setCurrentColumn(4);
+    else
+        ui::ShowError(this, fault);
 }
 
 void ROAnalysis::cmdPrev_Click() {
