@@ -51,7 +51,8 @@ void ChartScale(double peakRate, double& maximum, int& divisions) {
         D = M / 10;
     }
     maximum = M;
-    divisions = static_cast<int>(D);
+    // A peak beyond any sprinkler's (over 10,000 in/hr) has no scale a chart can draw.
+    divisions = D <= kMaxChartDivisions ? static_cast<int>(D) : -1;
 }
 
 ChartOutcome BuildChart(const DesignRecord& design, const Results& res, const ChartRequest& req,
@@ -151,6 +152,8 @@ ChartOutcome BuildChart(const DesignRecord& design, const Results& res, const Ch
         }
 
         ChartScale(P, d.yMaximum, d.yDivisions);
+        if (d.yDivisions < 0)
+            throw EngineFault(kOverflow);
         out.drawn = true;
     } catch (const EngineFault& e) {
         out.fault = e.what();

@@ -51,7 +51,10 @@ struct ChartOutcome {
     ChartData data;
 };
 
-// The Y scale: maximum whole in/hr above the peak and its major divisions.
+inline constexpr int kMaxChartDivisions = 1000;
+
+// The Y scale: maximum whole in/hr above the peak and its major divisions; divisions -1 when the
+// peak is too large for a drawable scale (more than kMaxChartDivisions divisions).
 void ChartScale(double peakRateMmPerHour, double& maximum, int& divisions);
 
 // Builds the chart of one results cell from the design and the results record. A cell of the

@@ -20,14 +20,16 @@ TEST(ChartScale, StepsOfTheYAxis) {
         double maximum;
         int divisions;
     } cases[] = {
-        {0, 1, 2},        // 0 in/hr: M = 1
-        {50.8, 3, 6},     // 2 in/hr
-        {241.3, 10, 20},  // 9.5 in/hr: M = 10 keeps half-inch steps
-        {266.7, 12, 6},   // 10.5: M = 11, evened to 12
-        {279.4, 12, 6},   // 11
-        {1028.7, 44, 11}, // 40.5: M = 41, evened to 42, then to a multiple of 4
-        {1143, 48, 12},   // 45: M = 46, 46, then 48
-        {2600, 110, 11},  // 102.4: M = 103, 104, 104, then 110
+        {0, 1, 2},           // 0 in/hr: M = 1
+        {50.8, 3, 6},        // 2 in/hr
+        {241.3, 10, 20},     // 9.5 in/hr: M = 10 keeps half-inch steps
+        {266.7, 12, 6},      // 10.5: M = 11, evened to 12
+        {279.4, 12, 6},      // 11
+        {1028.7, 44, 11},    // 40.5: M = 41, evened to 42, then to a multiple of 4
+        {1143, 48, 12},      // 45: M = 46, 46, then 48
+        {2600, 110, 11},     // 102.4: M = 103, 104, 104, then 110
+        {25400, 1010, 101},  // 1000 in/hr: M = 1001, 1002, 1004, then 1010
+        {254000, 10010, -1}, // 10,000 in/hr: 1001 divisions, more than a chart can draw
     };
     for (const auto& c : cases) {
         double maximum = -1;

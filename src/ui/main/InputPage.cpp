@@ -477,6 +477,11 @@ void ROAnalysis::optionSlopeResidue() {
 void ROAnalysis::labelSegments() {
     // Ten equal segments of the system length, in feet.
     const double length = Value(txtSYL) / 10;
+    // A length past the range of a double has no segment ends to show.
+    if (!std::isfinite(kSegmentRows * length)) {
+        rainfold::ui::ShowError(this, QStringLiteral("Overflow."));
+        return;
+    }
     auto number = [](double x) { return QString::fromStdString(rainfold::PlainNumber(x)); };
     msgSurfStore->item(1, 0)->setText(QStringLiteral("0 - ") + number(length));
     for (int i = 2; i <= kSegmentRows; ++i)
