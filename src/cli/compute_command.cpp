@@ -36,13 +36,7 @@ bool ParseOptions(const std::vector<std::string>& args, ComputeOptions& o, std::
                 return false;
             }
             o.slot = std::stoi(args[++i]);
-        } else if (!a.empty() && a[0] == '-') {
-            error = "unknown option '" + a + "'";
-            return false;
-        } else if (o.file.empty()) {
-            o.file = a;
-        } else {
-            error = "one design file at a time";
+        } else if (!TakeFileArgument(a, o.file, error)) {
             return false;
         }
     }

@@ -7,6 +7,16 @@
 
 namespace rainfold::cli {
 
+bool TakeFileArgument(const std::string& argument, std::string& file, std::string& error) {
+    if (!argument.empty() && argument[0] == '-')
+        error = "unknown option '" + argument + "'";
+    else if (!file.empty())
+        error = "one design file at a time";
+    else
+        file = argument;
+    return error.empty();
+}
+
 int LoadCheckedDesign(const std::string& file, bool greenAmpt, DesignRecord& design) {
     const FileOutcome opened = OpenDesign(file, design);
     if (!opened.ok) {

@@ -72,13 +72,7 @@ bool ParseOptions(Page page, const std::vector<std::string>& args, PrintOptions&
                 return false;
             }
             ++i;
-        } else if (!a.empty() && a[0] == '-') {
-            error = "unknown option '" + a + "'";
-            return false;
-        } else if (o.file.empty()) {
-            o.file = a;
-        } else {
-            error = "one design file at a time";
+        } else if (!TakeFileArgument(a, o.file, error)) {
             return false;
         }
     }
