@@ -117,14 +117,9 @@ ChartOutcome BuildChart(const DesignRecord& design, const Results& res, const Ch
                 tshift = Ts - Pow(Div(ap, K), Div(1, N));
                 Dp = AppliedDepth(Ts, T, slope, S, EndOfPass::Truncated);
             }
-            curve.rate = [=](double t) {
-                if (ponds && t >= Ts)
-                    return K * Pow(t - tshift, N);
-                // Before ponding the soil's capacity is the ponding criterion of the search.
-                const double f = K * Pow(t, N);
-                const double F = Div(K * Pow(t, N + 1), N + 1);
-                return Div(f * F, AppliedDepth(t, T, slope, S, EndOfPass::Truncated));
-            };
+            // The family's own rate, shifted in time from the ponding on so that it meets the
+            // application rate there.
+            curve.rate = [=](double t) { return K * Pow(ponds && t >= Ts ? t - tshift : t, N); };
             curve.cumulativeAfterPonding = [=](double t) {
                 return Dp + Div(K * (Pow(t - tshift, N + 1) - Pow(Ts - tshift, N + 1)), N + 1);
             };

@@ -61,6 +61,32 @@ void InfiltrationBracket(const std::string& name, const std::vector<double>& par
         x2 = x1 + 2 * (x2 - x1);
 }
 
+// The two F equations: F at any time t ("FindFgivenT": t, t0, F0, ...) and F at the end of the
+// pass ("FindF@Tf": t0, F0, tf, ...). The same equation with its parameters in another order.
+enum class FEquation { GivenT, AtEndOfPass };
+
+// F at t of a soil ponded since t0 with F0 taken in.
+double SolveInfiltration(FEquation eq, GreenAmptModel model, const GreenAmptSoil& soil, double t0,
+                         double F0, double t, const Notify& notify) {
+    const bool constant = model == GreenAmptModel::Constant;
+    // A front already in the saturated part of the profile meets no suction: the soil takes in
+    // Ks per hour. T has slope 1 there, so the root is the bracket's lower end itself, where the
+    // residual is only rounding and bisection would walk away to the upper end.
+    if (!constant && F0 >= SaturatedInfiltration(soil.dtheta0, soil.omega))
+        return F0 + soil.Ks * (t - t0);
+    const bool givenT = eq == FEquation::GivenT;
+    const std::string& name = givenT ? (constant ? kFindFGivenT : kFindFGivenTVarMC)
+                                     : (constant ? kFindFAtTf : kFindFAtTfVarMC);
+    std::vector<double> params =
+        givenT ? std::vector<double>{0, t, t0, F0} : std::vector<double>{0, t0, F0, t};
+    params.insert(params.end(), {soil.Ks, soil.Hw, soil.dtheta0});
+    if (!constant)
+        params.push_back(soil.omega);
+    double x1 = 0, x2 = 0;
+    InfiltrationBracket(name, params, soil, !constant && soil.omega < 0, t, t0, F0, x1, x2);
+    return FindRoot(name, x1, x2, kDepthAccuracy, params, notify);
+}
+
 void CheckPattern(double P, double H) {
     Checked(P);
     if (!(H > 0) || std::isinf(H))
@@ -159,14 +185,7 @@ std::optional<double> GreenAmptPondingTime(GreenAmptModel model, const GreenAmpt
 
 double PotentialInfiltration(GreenAmptModel model, const GreenAmptSoil& soil, double tp, double Fp,
                              double t, const Notify& notify) {
-    const bool constant = model == GreenAmptModel::Constant;
-    const std::string& name = constant ? kFindFGivenT : kFindFGivenTVarMC;
-    std::vector<double> params = {0, t, tp, Fp, soil.Ks, soil.Hw, soil.dtheta0};
-    if (!constant)
-        params.push_back(soil.omega);
-    double x1 = 0, x2 = 0;
-    InfiltrationBracket(name, params, soil, !constant && soil.omega < 0, t, tp, Fp, x1, x2);
-    return FindRoot(name, x1, x2, kDepthAccuracy, params, notify);
+    return SolveInfiltration(FEquation::GivenT, model, soil, tp, Fp, t, notify);
 }
 
 GreenAmptOutcome GreenAmpt(GreenAmptModel model, const GreenAmptSoil& soil, double P, double H,
@@ -203,15 +222,8 @@ GreenAmptOutcome GreenAmpt(GreenAmptModel model, const GreenAmptSoil& soil, doub
     out.runoff = runoff;
     out.pctRunoff = Div(100 * runoff, kPi / 2 * P * H);
 
-    const bool constant = model == GreenAmptModel::Constant;
-    const std::string& name = constant ? kFindFAtTf : kFindFAtTfVarMC;
-    const double tf = 2 * H;
-    std::vector<double> params = {0, tp, Fp, tf, soil.Ks, soil.Hw, soil.dtheta0};
-    if (!constant)
-        params.push_back(soil.omega);
-    double x1 = 0, x2 = 0;
-    InfiltrationBracket(name, params, soil, !constant && soil.omega < 0, tf, tp, Fp, x1, x2);
-    const double FpotEnd = FindRoot(name, x1, x2, kDepthAccuracy, params, notify);
+    const double FpotEnd =
+        SolveInfiltration(FEquation::AtEndOfPass, model, soil, tp, Fp, 2 * H, notify);
     // After ponding ends the surface may dry before the pass is over: the soil cannot have taken
     // in more than reached it and did not run off.
     out.F2H = std::min(FpotEnd, D2H - runoff);

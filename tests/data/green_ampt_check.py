@@ -101,6 +101,8 @@ def run(P, H, soil, SS):
         if ends(t) >= 0:
             te = bisect(ends, tp + (2 * H - tp) * (k - 1) / n, t, 50)
             break
+    else:
+        te = 2 * H  # still ponded when the pass ends
     runoff = max(depth(te, P, H) - Fpot(te) - SS, 0.0)
     F2H = min(Fpot(2 * H), depth(2 * H, P, H) - runoff)
     return tp, 100 * runoff / (PI / 2 * P * H), F2H
@@ -115,7 +117,31 @@ if __name__ == "__main__":
         ("deficit 0.36, constant", 10, 0.36, 0, 0),
         ("deficit 0.36, varying", 10, 0.36, 0.0002, 0),
         ("omega 0.002, varying", 10, 0.2, 0.002, 0),
+        # z* = 1 mm, F* = 0.1 mm: the front is in the saturated zone before the surface ponds
+        ("saturated zone, varying", 20, 0.2, 0.2, 0),
+        ("saturated zone, SS 5 mm", 20, 0.2, 0.2, 5),
     ]
     for name, Ks, d0, w, SS in cases:
         tp, pct, F2H = run(40, 0.4, Soil(Ks, 110, d0, w), SS)
         print(f"{name:24s} tp {tp:.7f} h  runoff {pct:.5f} %  F(2H) {F2H:.6f} mm")
+
+    # The saturated zone in closed form: ponding and its end where the application rate
+    # crosses Ks, F = Fp + Ks (t - tp) in between.
+    P, H, Ks = 40, 0.4, 20
+    tp = H - math.sqrt(H * H - (Ks * H / P) ** 2)
+    te = 2 * H - tp
+    for SS in (0, 5):
+        runoff = max(depth(te, P, H) - depth(tp, P, H) - Ks * (te - tp) - SS, 0.0)
+        print(f"closed form, SS {SS} mm     tp {tp:.7f} h  runoff "
+              f"{100 * runoff / (PI / 2 * P * H):.5f} %")
+
+    # The spray example with a soil barely short of saturation (Ks 40, thetaS 0.45, thetaI
+    # 0.44, omega 0.0001): entered capacity, positions 8 and 9 (1040 and 1170 ft).
+    import reference_runoff as ref
+    spray = dict(syl="1300", gpm="800", appl="1.0", wet="40", index=2, uk="", un="", option=0,
+                 s="2", r="20", rows=ref.BLANK_ROWS)
+    for k, j, m, Tk, store, peak, H, *_ in ref.run(spray):
+        if k == 2 and m == 2 and j in (8, 9):
+            tp, pct, F2H = run(peak, H, Soil(40, 110, 0.01, 0.0001), store)
+            print(f"spray, {j * 130} ft: P {peak:.10g} mm/h H {H:.10g} h SS {store:.10g} mm"
+                  f"  tp {tp:.7f} h runoff {pct:.5f} %  F(2H) {F2H:.6f} mm")

@@ -35,9 +35,13 @@ DESIGNS = {
     # Green-Ampt, first family of the list (the page opens on slot 1), 0.25 in typed storage
     "G": dict(syl="1300", gpm="800", appl="1", wet="40", index=0, uk="", un="", option=2,
               s="0.2", r="0.05", rows=BLANK, green=True, **SOIL),
+    # LEPA: a 6 ft wetted diameter, 0.35 in typed storage; the family's rate before ponding is
+    # far below the application's peak
+    "L": dict(syl="1320", gpm="900", appl="1.0", wet="6", index=3, uk="", un="", option=2,
+              s="0.3", r="0.05", rows=BLANK, green=False, **SOIL),
 }
 PAGES = [("A", 1), ("A", 2), ("A", 3), ("G", 1)]
-CHARTS = [("A", 2, 4, 9), ("A", 2, 3, 0), ("Z", 2, 5, 9), ("G", 1, 4, 9)]
+CHARTS = [("A", 2, 4, 9), ("A", 2, 3, 0), ("Z", 2, 5, 9), ("G", 1, 4, 9), ("L", 2, 3, 4)]
 
 
 def fixed(x, decimals, margin=1e-6):
@@ -152,10 +156,8 @@ def chart(dsg, res, slot, column, row):
         Fc = lambda t: Dp + K * ((t - tshift) ** (N + 1) - (tp - tshift) ** (N + 1)) / (N + 1)
 
         def rate(t):
-            if ponds and t >= tp:
-                return K * (t - tshift) ** N
-            # before ponding: the ponding criterion of the onset search, f * F / D
-            return K * t ** N * (K * t ** (N + 1) / (N + 1)) / ref.applied(t, T, slope, S, False)
+            # the family's basic rate K t^N, moved later by tshift from the ponding on
+            return K * (t - tshift) ** N if ponds and t >= tp else K * t ** N
 
     times = [k * (2 * T) / 100 for k in range(101)]
     # "Time to Saturation" is the intake-family search's onset whichever model is in use.

@@ -81,6 +81,10 @@ TEST(GreenAmpt, CheckValuesOfTheReferencePass) {
         {Model::Varying,  10, 0.36, 0.0002, 0, 0.4126992, 2e-6, 3.95873, 1e-4, 24.137805},
         // z* = 100 mm: the capacity falls to Ks once 10 mm are in.
         {Model::Varying,  10, 0.2, 0.002, 0, 0.2446753, 2e-6, 43.15518, 1e-4, 14.286662},
+        // z* = 1 mm, F* = 0.1 mm: the front is in the saturated zone before the surface ponds,
+        // and the soil then takes Ks.
+        {Model::Varying,  20, 0.2, 0.2, 0, 0.0535898, 2e-6, 39.10022, 1e-4, 15.305784},
+        {Model::Varying,  20, 0.2, 0.2, 5, 0.0535898, 2e-6, 19.20585, 1e-4, 15.652892},
         // clang-format on
     };
     for (const auto& c : cases) {
