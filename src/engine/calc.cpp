@@ -1,6 +1,7 @@
 #include "calc.h"
 
 #include "fault.h"
+#include "format.h"
 #include "green_ampt.h"
 #include "intake.h"
 #include "pattern.h"
@@ -119,10 +120,21 @@ void FillSurfaceStorage(const DesignRecord& design, Results& res) {
     }
 }
 
+// Judged on the whole gallons the results page shows: a flow of a fraction of a gallon would be
+// headed "0 (gpm)" over a revolution of billions of hours.
 void CheckCaseFlows(double Q0) {
     for (int k = 1; k <= 3; ++k)
-        if (!(6.309 * k + Q0 > 0))
+        if (!(Val(FormatFixed((6.309 * k + Q0) / 0.06309, 0)) > 0))
             throw EngineFault("The system capacity less 100 gpm must be above 0 gpm.");
+}
+
+// The typed family's rate K t^N must fall from an unlimited first instant: a K of 0 or less takes
+// nothing in (or gives water back), and an N of -1 or less has no finite cumulative intake.
+void CheckCustomizedValues(double K, double N) {
+    if (K == 0 || N == 0)
+        throw EngineFault("K and N must not be 0 for Customized Values.");
+    if (!(K > 0) || !(N > -1))
+        throw EngineFault("K must be above 0 and N above -1 for Customized Values.");
 }
 
 } // namespace
@@ -168,8 +180,8 @@ CalcOutcome Calc_Results(const DesignRecord& design, Results& res, const Notify&
         res.UserK = customized ? Val(design.txtUk) : 0.0;
         res.UserN = customized ? Val(design.txtUN) : 0.0;
         // With customised values the middle slot would otherwise fall back on an empty family.
-        if (customized && (Read(res.UserK) == 0 || Read(res.UserN) == 0))
-            throw EngineFault("K and N must not be 0 for Customized Values.");
+        if (customized)
+            CheckCustomizedValues(Read(res.UserK), Read(res.UserN));
         CheckCaseFlows(in.Q0);
 
         const double A = kPi * in.L * in.L / 10000;
