@@ -23,7 +23,7 @@ Picture ChartPicture(const ChartData& data, bool drawn, double widthTwips, doubl
 
     QGraphicsScene scene;
     scene.addItem(&chart);
-    chart.setGeometry(QRectF(QPointF(0, 0), logical));
+    LayOutRateChart(&chart, logical);
 
     QImage image((logical * kPixelRatio).toSize(), QImage::Format_RGB32);
     image.fill(Qt::white);

@@ -170,16 +170,10 @@ PrintInputs ROAnalysis::printInputs() {
     in.SurfStore = results_->SurfStore;
     in.version = ui::VersionText().toStdString();
     in.printDate = ui::ShortDateToday().toStdString();
-    // The plot takes the chart as it is shown, straight from the chart.
-    RateChart* chart = resultsView_->chart();
-    if (chart->hasData()) {
-        const QSize pixels(static_cast<int>(ui::kChartPictureWidth / 1440 * 96 * 3),
-                           static_cast<int>(ui::kChartPictureHeight / 1440 * 96 * 3));
-        in.chart = ui::MakePicture(chart->picture(pixels), ui::kChartPictureWidth,
-                                   ui::kChartPictureHeight);
-    } else {
-        in.chart = ui::ChartPicture(ChartData{}, false);
-    }
+    // The plot draws the chart shown, laid out afresh at the plot's own size, as the command
+    // line's plot does.
+    const RateChart* chart = resultsView_->chart();
+    in.chart = ui::ChartPicture(chart->data(), chart->hasData());
     return in;
 }
 

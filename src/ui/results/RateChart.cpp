@@ -23,6 +23,7 @@ void RateChart::setData(const rainfold::ChartData& data) {
     setChart(next);
     delete previous;
     hasData_ = true;
+    data_ = data;
 }
 
 QImage RateChart::picture(QSize size) {

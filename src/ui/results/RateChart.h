@@ -17,8 +17,10 @@ public:
     void setData(const rainfold::ChartData& data);
     // True once a cell has been charted.
     bool hasData() const { return hasData_; }
+    // What the chart shows (empty before a cell is charted).
+    const rainfold::ChartData& data() const { return data_; }
 
-    // The chart as shown, as a picture of the given size (the printed plot takes this).
+    // The chart as shown, as a picture of the given size.
     QImage picture(QSize size);
 
     // Puts the chart's picture on the clipboard ("Copy Chart" on the chart's context menu).
@@ -29,4 +31,5 @@ protected:
 
 private:
     bool hasData_ = false;
+    rainfold::ChartData data_;
 };
