@@ -16,6 +16,7 @@
 // Then register it below and add its source to CMakeLists.txt. Parsing, --help, --version and
 // every usage error are handled once, in RunCommandLine.
 
+#include "chart_command.h"
 #include "command_support.h"
 #include "compute_command.h"
 #ifdef RAINFOLD_CLI_PRINT
@@ -36,6 +37,7 @@ int main(int argc, char** argv) {
 
     int exitCode = kExitOk;
     AddComputeCommand(app, exitCode);
+    AddChartCommand(app, exitCode);
 #ifdef RAINFOLD_CLI_PRINT
     AddReportCommand(app, exitCode);
     AddPlotCommand(app, exitCode);
