@@ -238,6 +238,14 @@ void ResultsView::txtIC_Change() {
         next = false;
     if (greenAmpt_)
         prev = next = false;
+    // A button that hides itself while it has the focus hands the focus to the other one, not
+    // to whatever field follows it.
+    QWidget* focused = window()->focusWidget();
+    if ((focused == cmdNext && !next && prev) || (focused == cmdPrev && !prev && next)) {
+        QPushButton* other = focused == cmdNext ? cmdPrev : cmdNext;
+        other->setVisible(true);
+        other->setFocus(Qt::OtherFocusReason);
+    }
     cmdPrev->setVisible(prev);
     cmdNext->setVisible(next);
 }
