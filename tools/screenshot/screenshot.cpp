@@ -1,10 +1,10 @@
 // Writes a picture of the window for a design file:
 //     rainfold_screenshot DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COLUMN] [--input]
 //                         [--size WIDTH HEIGHT] [--focus CONTROL] [--edit ROW COLUMN]
-// By default the window opens the design, turns to "Results" (accepting any warning) and charts
-// the cell. --input stays on "Input Data"; --focus puts the focus into a control there and --edit
-// opens the cell editor over a segment cell, so the reference panels can be seen. --size 0 0
-// takes the window's minimum size, --size default the size it opens with.
+// By default the window opens the design, turns to "Results" (accepting any warning) and, with
+// --cell, charts that cell. --input stays on "Input Data"; --focus puts the focus into a control
+// there and --edit opens the cell editor over a segment cell, so the reference panels can be seen.
+// --size 0 0 takes the window's minimum size, --size default the size it opens with.
 
 #include "ROAnalysis.h"
 #include "ResultsView.h"
@@ -32,7 +32,7 @@ int main(int argc, char** argv) {
     }
     QApplication app(argc, argv);
     bool green = false, input = false, ownSize = false;
-    int row = 9, column = 4, editRow = -1, editColumn = -1;
+    int row = -1, column = -1, editRow = -1, editColumn = -1;
     QSize size(1250, 760);
     QString focus;
     for (int i = 3; i < argc; ++i) {
@@ -93,7 +93,8 @@ int main(int argc, char** argv) {
         }
     } else {
         window.findChild<QTabWidget*>(QStringLiteral("SSTab1"))->setCurrentIndex(1);
-        window.resultsView()->grid()->setCurrentCell(row, column);
+        if (row >= 0) // else the cell the page change leaves current
+            window.resultsView()->grid()->setCurrentCell(row, column);
     }
     app.processEvents();
     std::fprintf(stderr, "window %dx%d\n", window.width(), window.height());
