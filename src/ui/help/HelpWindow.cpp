@@ -98,15 +98,13 @@ void ShowHelp(QWidget* owner, HelpStart start) {
     // One help window per main window; it stays open beside the work until it is closed.
     HelpWindow* window = nullptr;
     for (HelpWindow* existing : owner->findChildren<HelpWindow*>(Qt::FindDirectChildrenOnly)) {
-        if (existing->property("guideFolder").toString() == folder)
+        if (existing->folder() == folder)
             window = existing;
         else
             existing->deleteLater();
     }
-    if (!window) {
+    if (!window)
         window = new HelpWindow(folder, owner);
-        window->setProperty("guideFolder", folder);
-    }
     const QString failure =
         start == HelpStart::Contents ? window->showContents() : window->showIndex();
     if (!failure.isEmpty()) {

@@ -45,6 +45,7 @@ public:
     QString showContents();
     QString showIndex();
 
+    const QString& folder() const { return folder_; }
     QTextBrowser* browser() const { return browser_; }
     QLineEdit* searchField() const { return searchField_; }
     QListWidget* keywordList() const { return keywordList_; }
