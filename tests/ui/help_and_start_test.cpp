@@ -60,18 +60,16 @@ void HelpAndStartTest::helpEntries_data() {
     QTest::addColumn<QString>("box");   // the message shown; empty: the help window opens
     const QString noHelp =
         "Unable to display Help Contents. There is no Help associated with this project.";
+    // clang-format off
     for (const char* entry : {"mnuHelpContents", "mnuHelpSearchForHelpOn"}) {
-        QTest::addRow("%s, guide", entry) << entry << "real"
-                                          << "";
+        QTest::addRow("%s, guide", entry) << entry << "real" << "";
         QTest::addRow("%s, no guide", entry) << entry << "none" << noHelp;
     }
     // The index page missing: the contents still open, the search tells why it cannot.
-    QTest::addRow("contents, index page missing") << "mnuHelpContents"
-                                                  << "contents only"
-                                                  << "";
-    QTest::addRow("search, index page missing") << "mnuHelpSearchForHelpOn"
-                                                << "contents only"
-                                                << "Cannot read %1/keywords.html: ";
+    QTest::addRow("contents, index missing") << "mnuHelpContents" << "contents only" << "";
+    QTest::addRow("search, index missing") << "mnuHelpSearchForHelpOn" << "contents only"
+                                           << "Cannot read %1/keywords.html: ";
+    // clang-format on
 }
 
 void HelpAndStartTest::helpEntries() {
@@ -123,16 +121,13 @@ void HelpAndStartTest::helpEntries() {
 void HelpAndStartTest::indexSearch_data() {
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("shown"); // after Enter; empty: the page does not change
-    QTest::newRow("first letters") << "wetted"
-                                   << "inputs.html#wetted-diameter";
-    QTest::newRow("any case") << "SEGMENT"
-                              << "surface-storage.html#segment-table";
-    QTest::newRow("beginning before inside") << "time"
-                                             << "results.html#rate-chart";
-    QTest::newRow("inside a keyword") << "explorer"
-                                      << "explorer.html";
-    QTest::newRow("no such keyword") << "qqq"
-                                     << "";
+    // clang-format off
+    QTest::newRow("first letters") << "wetted" << "inputs.html#wetted-diameter";
+    QTest::newRow("any case") << "SEGMENT" << "surface-storage.html#segment-table";
+    QTest::newRow("beginning before inside") << "time" << "results.html#rate-chart";
+    QTest::newRow("inside a keyword") << "explorer" << "explorer.html";
+    QTest::newRow("no such keyword") << "qqq" << "";
+    // clang-format on
 }
 
 void HelpAndStartTest::indexSearch() {
@@ -158,18 +153,14 @@ void HelpAndStartTest::guideIsFound_data() {
     QTest::addColumn<QString>("program"); // the program's folder, in a temporary tree
     QTest::addColumn<QString>("page");    // the guide's contents page written there, if any
     QTest::addColumn<QString>("found");   // the guide folder expected; empty: none
-    QTest::newRow("installed") << "usr/bin"
-                               << "usr/share/rainfold/guide/index.html"
+    // clang-format off
+    QTest::newRow("installed") << "usr/bin" << "usr/share/rainfold/guide/index.html"
                                << "usr/share/rainfold/guide";
-    QTest::newRow("build folder") << "build/src/app"
-                                  << "build/src/app/guide/index.html"
+    QTest::newRow("build folder") << "build/src/app" << "build/src/app/guide/index.html"
                                   << "build/src/app/guide";
-    QTest::newRow("folder without contents") << "usr/bin"
-                                             << "usr/share/rainfold/guide/x.html"
-                                             << "";
-    QTest::newRow("nothing") << "usr/bin"
-                             << ""
-                             << "";
+    QTest::newRow("no contents page") << "usr/bin" << "usr/share/rainfold/guide/x.html" << "";
+    QTest::newRow("nothing") << "usr/bin" << "" << "";
+    // clang-format on
 }
 
 void HelpAndStartTest::guideIsFound() {
@@ -190,9 +181,8 @@ void HelpAndStartTest::guideIsFound() {
 void HelpAndStartTest::aboutNamesTheLicence() {
     WindowFixture f;
     frmAbout about(f.w.get());
-    QVERIFY(about.findChild<QLabel*>("lblDescription")
-                ->text()
-                .endsWith("\n\nRainfold is free software: GNU General Public License version 3 "
+    const QString text = about.findChild<QLabel*>("lblDescription")->text();
+    QVERIFY(text.endsWith("\n\nRainfold is free software: GNU General Public License version 3 "
                           "or later."));
 }
 
