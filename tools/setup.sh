@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the Debian packages Rainfold builds with, when any is missing, then configures and
-# builds the project in build/. Sourced by tools/run and tools/test.
+# builds the project in build/. Sourced by tools/run, tools/test and tools/package.
 set -euo pipefail
 
 RAINFOLD_ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
@@ -24,5 +24,8 @@ if ((${#missing[@]})); then
         "${missing[@]}"
 fi
 
-cmake -S "$RAINFOLD_ROOT" -B "$RAINFOLD_BUILD" -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-cmake --build "$RAINFOLD_BUILD" -j "$RAINFOLD_JOBS"
+# RAINFOLD_SETUP_BUILD=0: install only (tools/package builds its own way).
+if [ "${RAINFOLD_SETUP_BUILD:-1}" = 1 ]; then
+    cmake -S "$RAINFOLD_ROOT" -B "$RAINFOLD_BUILD" -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
+    cmake --build "$RAINFOLD_BUILD" -j "$RAINFOLD_JOBS"
+fi

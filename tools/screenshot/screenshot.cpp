@@ -6,10 +6,12 @@
 // --cell, charts that cell. --input stays on "Input Data"; --focus puts the focus into a control
 // there and --edit opens the cell editor over a segment cell, so the reference panels can be seen.
 // --size 0 0 takes the window's minimum size, --size default the size it opens with. --plot also
-// writes the printed plot that File > Plot would print, as a PDF file.
+// writes the printed plot that File > Plot would print, as a PDF file. --help-window contents|index
+// GUIDE [--search TEXT] takes the picture of the help window opened on the guide in GUIDE instead.
 
 #include "ROAnalysis.h"
 #include "ResultsView.h"
+#include "help/HelpWindow.h"
 
 #include "design_file.h"
 #include "printing.h"
@@ -21,6 +23,7 @@
 #include <QMessageBox>
 #include <QTabWidget>
 #include <QTableWidget>
+#include <QTest>
 #include <QTimer>
 
 #include <cstdio>
@@ -30,7 +33,8 @@ int main(int argc, char** argv) {
     if (argc < 3) {
         std::fprintf(stderr,
                      "usage: %s DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COL] [--input] "
-                     "[--size W H] [--focus CONTROL] [--edit ROW COL] [--plot PLOT.pdf]\n",
+                     "[--size W H] [--focus CONTROL] [--edit ROW COL] [--plot PLOT.pdf] "
+                     "[--help-window contents|index GUIDE [--search TEXT]]\n",
                      argv[0]);
         return 64;
     }
@@ -38,7 +42,7 @@ int main(int argc, char** argv) {
     bool green = false, input = false, ownSize = false;
     int row = -1, column = -1, editRow = -1, editColumn = -1;
     QSize size(1250, 760);
-    QString focus, plot;
+    QString focus, plot, helpEntry, search;
     for (int i = 3; i < argc; ++i) {
         const std::string a = argv[i];
         if (a == "--green-ampt") {
@@ -61,6 +65,11 @@ int main(int argc, char** argv) {
             focus = QString::fromLocal8Bit(argv[++i]);
         } else if (a == "--plot" && i + 1 < argc) {
             plot = QString::fromLocal8Bit(argv[++i]);
+        } else if (a == "--help-window" && i + 2 < argc) {
+            helpEntry = QString::fromLocal8Bit(argv[++i]);
+            rainfold::ui::SetGuideFolder(QString::fromLocal8Bit(argv[++i]));
+        } else if (a == "--search" && i + 1 < argc) {
+            search = QString::fromLocal8Bit(argv[++i]);
         }
     }
 
@@ -103,8 +112,27 @@ int main(int argc, char** argv) {
             window.resultsView()->grid()->setCurrentCell(row, column);
     }
     app.processEvents();
+    QWidget* shown = &window;
+    if (!helpEntry.isEmpty()) {
+        window
+            .findChild<QAction*>(helpEntry == QLatin1String("index")
+                                     ? QStringLiteral("mnuHelpSearchForHelpOn")
+                                     : QStringLiteral("mnuHelpContents"))
+            ->trigger();
+        auto* help = window.findChild<rainfold::ui::HelpWindow*>();
+        if (!help) {
+            std::fprintf(stderr, "no help window: is there a guide in the folder given?\n");
+            return 1;
+        }
+        if (!search.isEmpty()) {
+            QTest::keyClicks(help->searchField(), search);
+            QTest::keyClick(help->searchField(), Qt::Key_Return);
+        }
+        QTest::qWait(300);
+        shown = help;
+    }
     std::fprintf(stderr, "window %dx%d\n", window.width(), window.height());
-    const bool saved = window.grab().save(QString::fromLocal8Bit(argv[2]));
+    const bool saved = shown->grab().save(QString::fromLocal8Bit(argv[2]));
     const bool plotted =
         plot.isEmpty() || rainfold::ui::WritePdf(plot, [&](rainfold::DrawingSurface& s) {
             rainfold::PrintPlot(s, window.printInputs());

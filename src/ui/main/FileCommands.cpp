@@ -152,6 +152,13 @@ void ROAnalysis::mnuFileOpen_Click() {
     const QString fileName = askFileName(false);
     if (fileName.isEmpty())
         return; // cancelled
+    openDesignFile(fileName);
+}
+
+void ROAnalysis::openDesignFile(const QString& fileName) {
+    if (startFolder_.isEmpty())
+        startFolder_ = QCoreApplication::applicationDirPath();
+    dialogFileName_ = fileName;
 
     // The file is read and checked whole before anything in the window changes.
     rainfold::DesignRecord opened = design();

@@ -6,6 +6,7 @@
 #include "Icons.h"
 #include "Messages.h"
 #include "dialogs/frmAbout.h"
+#include "help/HelpWindow.h"
 
 #include "design_file.h"
 
@@ -310,16 +311,11 @@ void ROAnalysis::mnuOptionsGreenAmpt_Click() {
 }
 
 void ROAnalysis::mnuHelpContents_Click() {
-    // No help file ships with the program.
-    rainfold::ui::ShowNotice(
-        this,
-        QStringLiteral(
-            "Unable to display Help Contents. There is no Help associated with this project."),
-        QMessageBox::Information);
+    rainfold::ui::ShowHelp(this, rainfold::ui::HelpStart::Contents);
 }
 
 void ROAnalysis::mnuHelpSearchForHelpOn_Click() {
-    mnuHelpContents_Click();
+    rainfold::ui::ShowHelp(this, rainfold::ui::HelpStart::Index);
 }
 
 void ROAnalysis::mnuHelpAbout_Click() {

@@ -83,6 +83,10 @@ public:
     // Replaces the platform file dialog (tests answer it without a window).
     void setFileDialog(FileDialogFunction dialog);
 
+    // File > Open once its dialog has named the file: the same reader, the same "Error" box.
+    // The name becomes the one the file dialogs show next.
+    void openDesignFile(const QString& fileName);
+
     // The results side: the one results record the window owns, the page that shows it, the
     // weighted averages of the page, and what the printed report and plot read.
     const rainfold::Results& results() const { return *results_; }
