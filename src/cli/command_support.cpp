@@ -123,6 +123,16 @@ int RunCommandLine(CLI::App& app, int argc, char** argv, const int& exitCode) {
             return kExitUsage;
         }
     }
+    // The output of the command chosen, for an error that strikes before or outside its run. Its
+    // --json flag may not have been reached by then: look for it on the line.
+    const auto chosenOutput = [&] {
+        const std::vector<CLI::App*> chosen = app.get_subcommands();
+        CommandOutput output(chosen.empty() ? std::string() : chosen.front()->get_name());
+        if (!chosen.empty() && chosen.front()->get_option_no_throw("--json"))
+            for (int i = 2; i < argc && std::strcmp(argv[i], "--") != 0; ++i)
+                output.json = output.json || std::strcmp(argv[i], "--json") == 0;
+        return output;
+    };
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -131,26 +141,19 @@ int RunCommandLine(CLI::App& app, int argc, char** argv, const int& exitCode) {
             app.exit(e, text, ignored);
             return CommandOutput("").Write(text.str());
         }
-        const std::vector<CLI::App*> chosen = app.get_subcommands();
-        if (chosen.empty()) {
+        const CommandOutput output = chosenOutput();
+        if (output.command().empty()) {
             std::cerr << "rainfold-cli: " << e.what() << "\n"
                       << "Run 'rainfold-cli --help' for the commands." << std::endl;
             return kExitUsage;
         }
-        CLI::App& command = *chosen.front();
-        CommandOutput output(command.get_name());
-        // The flag may not have been reached when the error struck: look for it on the line.
-        if (command.get_option_no_throw("--json"))
-            for (int i = 2; i < argc && std::strcmp(argv[i], "--") != 0; ++i)
-                output.json = output.json || std::strcmp(argv[i], "--json") == 0;
         output.Usage(e.what());
-        std::cerr << "Run 'rainfold-cli " << command.get_name() << " --help' for its options."
+        std::cerr << "Run 'rainfold-cli " << output.command() << " --help' for its options."
                   << std::endl;
         return kExitUsage;
     } catch (const std::exception& e) {
         // Nothing a command does should throw this far; if it does, it fails loudly, not as 0.
-        std::cerr << "rainfold-cli: " << e.what() << std::endl;
-        return kExitFault;
+        return chosenOutput().Fail(kExitFault, e.what(), "rainfold-cli: ");
     }
     return exitCode;
 }
