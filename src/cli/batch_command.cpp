@@ -67,7 +67,14 @@ int RunBatch(const BatchOptions& options, const CommandOutput& output) {
     std::atomic<size_t> failed{0};
     const auto work = [&] {
         for (size_t i; !stop && (i = nextItem++) < items.size();) {
-            const BatchRow row = EvaluateBatchItem(items[i], options.greenAmpt);
+            BatchRow row;
+            try {
+                row = EvaluateBatchItem(items[i], options.greenAmpt);
+            } catch (const std::exception& e) { // one design never takes the others down
+                row.name = items[i].name;
+                row.status = items[i].kind == BatchItem::Kind::DesignFile ? "file" : "fault";
+                row.message = e.what();
+            }
             if (!row.ok())
                 ++failed;
             queue.Put(i, output.json ? BatchJsonLine(row) : BatchCsvLine(row));

@@ -84,7 +84,12 @@ void AddDesignFileArgument(CLI::App& command, std::string& file) {
 
 int LoadCheckedDesign(const CommandOutput& output, const std::string& file, bool greenAmpt,
                       DesignRecord& design) {
-    const FileOutcome opened = OpenDesign(file, design);
+    FileOutcome opened;
+    try {
+        opened = OpenDesign(file, design);
+    } catch (const std::exception& e) { // a path the reader did not foresee is still a file error
+        opened = {false, "Could not open " + file + ": " + e.what()};
+    }
     if (!opened.ok)
         return output.Fail(kExitFile, opened.message, "");
     design.greenAmpt = greenAmpt; // design files do not hold the model choice
