@@ -55,7 +55,8 @@ int CommandOutput::Write(const std::string& text) const {
     if (PutStdout(text))
         return kExitOk;
     const int error = errno;
-    std::cerr << "rainfold-cli " << command_ << ": cannot write the output"
+    std::cerr << "rainfold-cli" << (command_.empty() ? "" : " ") << command_
+              << ": cannot write the output"
               << (error ? std::string(": ") + std::strerror(error) : std::string()) << std::endl;
     return kExitOutput;
 }
