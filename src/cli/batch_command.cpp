@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -84,8 +85,14 @@ int RunBatch(const BatchOptions& options, const CommandOutput& output) {
     const size_t jobs =
         std::min(items.size(), options.jobs > 0 ? static_cast<size_t>(options.jobs) : cores);
     std::vector<std::thread> workers;
-    for (size_t j = 0; j < jobs; ++j)
-        workers.emplace_back(work);
+    try {
+        for (size_t j = 0; j < jobs; ++j)
+            workers.emplace_back(work);
+    } catch (const std::system_error&) {
+        // The system gives no more threads: those started do the work, or this one alone.
+        if (workers.empty())
+            work();
+    }
 
     int written = kExitOk;
     for (size_t next = 0; next < items.size() && written == kExitOk;)

@@ -180,7 +180,7 @@ std::vector<BatchItem> InventoryFile(const std::string& file) {
     std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     if (!in && !in.eof())
         return {Failed(file, "Could not open " + file + ": the file cannot be read")};
-    return InventoryItems(text, file);
+    return InventoryItems(CsvTextAsUtf8(text), file);
 }
 
 void FolderItems(const std::string& folder, std::vector<BatchItem>& items) {

@@ -19,6 +19,10 @@ struct CsvRecord {
 // and reading goes on at the next line.
 std::vector<CsvRecord> ReadCsv(const std::string& text);
 
+// The text of a CSV file as UTF-8: a file that is not valid UTF-8 is read as Windows-1252, the
+// code page spreadsheets on Windows save CSV files in.
+std::string CsvTextAsUtf8(const std::string& bytes);
+
 // A field written for a CSV file: quoted when it holds a comma, a quote or a line end.
 std::string CsvField(const std::string& text);
 

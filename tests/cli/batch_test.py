@@ -199,6 +199,14 @@ try:
     check("--jobs 2 writes what --jobs 1 writes", two.stdout == one.stdout)
     check("--jobs 2 exit code", two.returncode == 5, two.returncode)
 
+    # A spreadsheet saved in the Windows code page: the names come out as UTF-8.
+    ansi = os.path.join(work, "ansi.csv")
+    with open(ansi, "wb") as f:
+        f.write(b"name,length_ft,capacity_gpm,depth_in,wetted_diameter_ft,family,slope_pct,"
+                b"residue_pct\r\nCaf\xe9 pivot,1300,800,1,40,0.5,2,20\r\n")
+    row = json_rows(run("batch", ansi, "--json").stdout)[0]
+    check("Windows-1252 inventory", row["name"] == "Caf\u00e9 pivot" and row["status"] == "ok", row)
+
     # Exit codes of whole runs.
     empty = os.path.join(work, "empty")
     os.mkdir(empty)
