@@ -8,7 +8,6 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
-#include <map>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -67,98 +66,74 @@ bool FamilyIndex(const std::string& cell, int& index) {
     return false;
 }
 
-// The columns of an inventory and the fields of the design record they fill.
-enum class Column {
-    Name,
-    Length,
-    Capacity,
-    Depth,
-    Diameter,
-    Family,
-    K,
-    N,
-    Storage,
-    Slope,
-    Residue,
-    SurfaceStorage,
-    ResidueStorage,
-    Ks,
-    Hw,
-    ThetaS,
-    ThetaI,
-    RootDepth,
-    Omega,
+// The texts of one row: the design record's fields, and the cells that are settled once the
+// whole row is read (the family list entry, the storage kind and its two pairs of values).
+struct RowTexts {
+    DesignRecord& d;
+    std::string family, storage, slope, residue, surfaceStorage, residueStorage;
 };
 
-const std::map<std::string, Column>& ColumnNames() {
-    static const std::map<std::string, Column> names = {
-        {"name", Column::Name},
-        {"length_ft", Column::Length},
-        {"capacity_gpm", Column::Capacity},
-        {"depth_in", Column::Depth},
-        {"wetted_diameter_ft", Column::Diameter},
-        {"family", Column::Family},
-        {"k", Column::K},
-        {"n", Column::N},
-        {"storage", Column::Storage},
-        {"slope_pct", Column::Slope},
-        {"residue_pct", Column::Residue},
-        {"surface_storage_in", Column::SurfaceStorage},
-        {"residue_storage_in", Column::ResidueStorage},
-        {"ks_mm_hr", Column::Ks},
-        {"hw_mm", Column::Hw},
-        {"theta_s", Column::ThetaS},
-        {"theta_i", Column::ThetaI},
-        {"root_depth_mm", Column::RootDepth},
-        {"omega", Column::Omega},
-    };
-    return names;
-}
+// The columns of an inventory and where each one's text goes.
+struct ColumnSpec {
+    const char* name;
+    std::string* (*text)(RowTexts&);
+};
+const ColumnSpec kColumns[] = {
+    {"name", [](RowTexts& r) { return &r.d.txtDescription; }},
+    {"length_ft", [](RowTexts& r) { return &r.d.txtSYL; }},
+    {"capacity_gpm", [](RowTexts& r) { return &r.d.txtGPM; }},
+    {"depth_in", [](RowTexts& r) { return &r.d.txtAPPL; }},
+    {"wetted_diameter_ft", [](RowTexts& r) { return &r.d.txtWetDiam; }},
+    {"family", [](RowTexts& r) { return &r.family; }},
+    {"k", [](RowTexts& r) { return &r.d.txtUk; }},
+    {"n", [](RowTexts& r) { return &r.d.txtUN; }},
+    {"storage", [](RowTexts& r) { return &r.storage; }},
+    {"slope_pct", [](RowTexts& r) { return &r.slope; }},
+    {"residue_pct", [](RowTexts& r) { return &r.residue; }},
+    {"surface_storage_in", [](RowTexts& r) { return &r.surfaceStorage; }},
+    {"residue_storage_in", [](RowTexts& r) { return &r.residueStorage; }},
+    {"ks_mm_hr", [](RowTexts& r) { return &r.d.txtKS; }},
+    {"hw_mm", [](RowTexts& r) { return &r.d.txtHW; }},
+    {"theta_s", [](RowTexts& r) { return &r.d.txtThetaS; }},
+    {"theta_i", [](RowTexts& r) { return &r.d.txtThetaI; }},
+    {"root_depth_mm", [](RowTexts& r) { return &r.d.txtRzDepth; }},
+    {"omega", [](RowTexts& r) { return &r.d.txtOmega; }},
+};
+constexpr size_t kNameColumn = 0;
 
 } // namespace
 
 struct InventoryColumns {
-    std::vector<Column> columns;
+    std::vector<size_t> columns; // index in kColumns of each column of the file
 };
 
 std::string RowDesign(const BatchItem& row, DesignRecord& d) {
-    const std::vector<Column>& columns = row.columns->columns;
-    const std::vector<std::string>& cells = row.cells;
-    std::string storage;
-    std::string slopeResidue[2], userStorage[2];
-    std::string* const text[] = {
-        &d.txtDescription, &d.txtSYL,       &d.txtGPM,       &d.txtAPPL,  &d.txtWetDiam,
-        nullptr,           &d.txtUk,        &d.txtUN,        &storage,    &slopeResidue[0],
-        &slopeResidue[1],  &userStorage[0], &userStorage[1], &d.txtKS,    &d.txtHW,
-        &d.txtThetaS,      &d.txtThetaI,    &d.txtRzDepth,   &d.txtOmega,
-    };
-    std::string family;
+    const std::vector<size_t>& columns = row.columns->columns;
+    RowTexts texts{d, {}, {}, {}, {}, {}, {}};
     for (size_t k = 0; k < columns.size(); ++k) {
-        if (cells[k].find_first_of("\r\n") != std::string::npos)
-            for (const auto& [name, column] : ColumnNames())
-                if (column == columns[k])
-                    return "the " + name + " cell holds a line break, which a design cannot hold";
-        if (columns[k] == Column::Family)
-            family = cells[k];
-        else
-            *text[static_cast<size_t>(columns[k])] = cells[k];
+        const ColumnSpec& column = kColumns[columns[k]];
+        if (row.cells[k].find_first_of("\r\n") != std::string::npos)
+            return std::string("the ") + column.name +
+                   " cell holds a line break, which a design cannot hold";
+        *column.text(texts) = row.cells[k];
     }
+    const std::string& family = texts.family;
     if (!FamilyIndex(family, d.intakeFamilyIndex))
         return "family \"" + family + "\" is not 0.1, 0.3, 0.5, 1.0, 1.5, 2.0, 3.0 or custom";
 
-    const std::string kind = Trimmed(storage);
+    const std::string kind = Trimmed(texts.storage);
     const bool user = kind == "user";
     if (!user && !kind.empty() && kind != "slope-residue")
-        return "storage \"" + storage + "\" is not slope-residue or user";
+        return "storage \"" + texts.storage + "\" is not slope-residue or user";
     // The two pairs fill the same two fields; a value in the pair not chosen would be lost.
-    const std::string(&chosen)[2] = user ? userStorage : slopeResidue;
-    const std::string(&other)[2] = user ? slopeResidue : userStorage;
-    if (!IsBlank(other[0]) || !IsBlank(other[1]))
+    const bool otherGiven = user ? !IsBlank(texts.slope) || !IsBlank(texts.residue)
+                                 : !IsBlank(texts.surfaceStorage) || !IsBlank(texts.residueStorage);
+    if (otherGiven)
         return user ? "slope_pct and residue_pct belong to storage slope-residue, not user"
                     : "surface_storage_in and residue_storage_in belong to storage user";
     d.surfaceOption = user ? kUserConstant : kConstantSlopeResidue;
-    d.txtSurfStore = chosen[0];
-    d.txtResidue = chosen[1];
+    d.txtSurfStore = user ? texts.surfaceStorage : texts.slope;
+    d.txtResidue = user ? texts.residueStorage : texts.residue;
     return "";
 }
 
@@ -219,17 +194,19 @@ std::vector<BatchItem> InventoryItems(const std::string& text, const std::string
     if (!header.error.empty())
         return {Failed(file, at + header.error)};
     auto shared = std::make_shared<InventoryColumns>();
-    std::vector<Column>& columns = shared->columns;
+    std::vector<size_t>& columns = shared->columns;
     for (const std::string& cell : header.fields) {
         const std::string name = Trimmed(cell);
-        const auto known = ColumnNames().find(name);
-        if (known == ColumnNames().end())
+        const auto known = std::find_if(std::begin(kColumns), std::end(kColumns),
+                                        [&](const ColumnSpec& c) { return name == c.name; });
+        if (known == std::end(kColumns))
             return {Failed(file, at + "unknown column \"" + name + "\"")};
-        if (std::find(columns.begin(), columns.end(), known->second) != columns.end())
+        const size_t index = static_cast<size_t>(known - std::begin(kColumns));
+        if (std::find(columns.begin(), columns.end(), index) != columns.end())
             return {Failed(file, at + "column \"" + name + "\" appears twice")};
-        columns.push_back(known->second);
+        columns.push_back(index);
     }
-    const auto nameColumn = std::find(columns.begin(), columns.end(), Column::Name);
+    const auto nameColumn = std::find(columns.begin(), columns.end(), kNameColumn);
 
     std::vector<BatchItem> items;
     items.reserve(records.size());
