@@ -119,7 +119,7 @@ int RunCommandLine(CLI::App& app, int argc, char** argv, const int& exitCode) {
         return kExitUsage;
     }
     // A first word that names no command gets a plainer message than the parser's.
-    if (argc > 1 && argv[1][0] != '-') {
+    if (argv[1][0] != '-') {
         bool known = false;
         for (const CLI::App* sub : app.get_subcommands([](CLI::App*) { return true; }))
             known = known || sub->get_name() == argv[1];

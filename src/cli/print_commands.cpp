@@ -6,8 +6,6 @@
 #include "calc.h"
 #include "chart_data.h"
 #include "chart_picture.h"
-#include "checks.h"
-#include "design_file.h"
 #include "printing.h"
 #include "printout.h"
 #include "results_page.h"
@@ -20,7 +18,6 @@
 #include <QPdfWriter>
 #include <QString>
 
-#include <iostream>
 #include <memory>
 
 namespace rainfold::cli {
