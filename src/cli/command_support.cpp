@@ -55,7 +55,8 @@ int CommandOutput::Write(const std::string& text) const {
     if (PutStdout(text))
         return kExitOk;
     const int error = errno;
-    std::cerr << "rainfold-cli " << command_ << ": cannot write the output"
+    std::cerr << "rainfold-cli" << (command_.empty() ? "" : " ") << command_
+              << ": cannot write the output"
               << (error ? std::string(": ") + std::strerror(error) : std::string()) << std::endl;
     return kExitOutput;
 }
@@ -84,7 +85,12 @@ void AddDesignFileArgument(CLI::App& command, std::string& file) {
 
 int LoadCheckedDesign(const CommandOutput& output, const std::string& file, bool greenAmpt,
                       DesignRecord& design) {
-    const FileOutcome opened = OpenDesign(file, design);
+    FileOutcome opened;
+    try {
+        opened = OpenDesign(file, design);
+    } catch (const std::exception& e) { // a path the reader did not foresee is still a file error
+        opened = {false, "Could not open " + file + ": " + e.what()};
+    }
     if (!opened.ok)
         return output.Fail(kExitFile, opened.message, "");
     design.greenAmpt = greenAmpt; // design files do not hold the model choice
@@ -113,7 +119,7 @@ int RunCommandLine(CLI::App& app, int argc, char** argv, const int& exitCode) {
         return kExitUsage;
     }
     // A first word that names no command gets a plainer message than the parser's.
-    if (argc > 1 && argv[1][0] != '-') {
+    if (argv[1][0] != '-') {
         bool known = false;
         for (const CLI::App* sub : app.get_subcommands([](CLI::App*) { return true; }))
             known = known || sub->get_name() == argv[1];
@@ -123,6 +129,16 @@ int RunCommandLine(CLI::App& app, int argc, char** argv, const int& exitCode) {
             return kExitUsage;
         }
     }
+    // The output of the command chosen, for an error that strikes before or outside its run. Its
+    // --json flag may not have been reached by then: look for it on the line.
+    const auto chosenOutput = [&] {
+        const std::vector<CLI::App*> chosen = app.get_subcommands();
+        CommandOutput output(chosen.empty() ? std::string() : chosen.front()->get_name());
+        if (!chosen.empty() && chosen.front()->get_option_no_throw("--json"))
+            for (int i = 2; i < argc && std::strcmp(argv[i], "--") != 0; ++i)
+                output.json = output.json || std::strcmp(argv[i], "--json") == 0;
+        return output;
+    };
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& e) {
@@ -131,26 +147,19 @@ int RunCommandLine(CLI::App& app, int argc, char** argv, const int& exitCode) {
             app.exit(e, text, ignored);
             return CommandOutput("").Write(text.str());
         }
-        const std::vector<CLI::App*> chosen = app.get_subcommands();
-        if (chosen.empty()) {
+        const CommandOutput output = chosenOutput();
+        if (output.command().empty()) {
             std::cerr << "rainfold-cli: " << e.what() << "\n"
                       << "Run 'rainfold-cli --help' for the commands." << std::endl;
             return kExitUsage;
         }
-        CLI::App& command = *chosen.front();
-        CommandOutput output(command.get_name());
-        // The flag may not have been reached when the error struck: look for it on the line.
-        if (command.get_option_no_throw("--json"))
-            for (int i = 2; i < argc && std::strcmp(argv[i], "--") != 0; ++i)
-                output.json = output.json || std::strcmp(argv[i], "--json") == 0;
         output.Usage(e.what());
-        std::cerr << "Run 'rainfold-cli " << command.get_name() << " --help' for its options."
+        std::cerr << "Run 'rainfold-cli " << output.command() << " --help' for its options."
                   << std::endl;
         return kExitUsage;
     } catch (const std::exception& e) {
         // Nothing a command does should throw this far; if it does, it fails loudly, not as 0.
-        std::cerr << "rainfold-cli: " << e.what() << std::endl;
-        return kExitFault;
+        return chosenOutput().Fail(kExitFault, e.what(), "rainfold-cli: ");
     }
     return exitCode;
 }

@@ -16,6 +16,7 @@
 // Then register it below and add its source to CMakeLists.txt. Parsing, --help, --version and
 // every usage error are handled once, in RunCommandLine.
 
+#include "batch_command.h"
 #include "chart_command.h"
 #include "command_support.h"
 #include "compute_command.h"
@@ -42,5 +43,6 @@ int main(int argc, char** argv) {
     AddReportCommand(app, exitCode);
     AddPlotCommand(app, exitCode);
 #endif
+    AddBatchCommand(app, exitCode);
     return RunCommandLine(app, argc, argv, exitCode);
 }

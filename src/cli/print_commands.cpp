@@ -1,19 +1,23 @@
 #include "print_commands.h"
 #include "command_support.h"
+#include "file_output.h"
 
+#include "QPainterSurface.h"
 #include "calc.h"
 #include "chart_data.h"
 #include "chart_picture.h"
-#include "checks.h"
-#include "design_file.h"
 #include "printing.h"
 #include "printout.h"
 #include "results_page.h"
 
 #include <QApplication>
+#include <QBuffer>
+#include <QPageLayout>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
 #include <QString>
 
-#include <iostream>
 #include <memory>
 
 namespace rainfold::cli {
@@ -29,6 +33,31 @@ struct PrintOptions {
     int capacity = 2;  // capacity case shown: 1 less 100 gpm, 2 as entered, 3 plus 100 gpm
     int position = 10; // position charted, 1..10 (the outer end unless asked)
 };
+
+// One Letter page as PDF bytes, drawn in memory so that nothing reaches the file system until
+// the whole document exists. The layout matches the printer's: 1200 dpi, the whole sheet.
+bool RenderPdf(const ui::SurfaceDrawing& draw, std::string& bytes) {
+    QByteArray pdf;
+    QBuffer buffer(&pdf);
+    buffer.open(QIODevice::WriteOnly);
+    {
+        QPdfWriter writer(&buffer);
+        writer.setResolution(1200);
+        writer.setPageLayout(QPageLayout(QPageSize(QPageSize::Letter), QPageLayout::Portrait,
+                                         QMarginsF(0, 0, 0, 0)));
+        writer.setCreator(QStringLiteral("Rainfold ") + ui::VersionText());
+        QPainter painter;
+        if (!painter.begin(&writer))
+            return false;
+        const double twipsPerPixel = 1440.0 / writer.logicalDpiX();
+        ui::QPainterSurface surface(painter, writer.width() * twipsPerPixel);
+        draw(surface);
+        if (!painter.end())
+            return false;
+    }
+    bytes.assign(pdf.constData(), static_cast<size_t>(pdf.size()));
+    return !bytes.empty();
+}
 
 // The printed pages need a GUI application for fonts and the chart; no window is ever shown.
 std::unique_ptr<QApplication> StartApplication() {
@@ -82,14 +111,19 @@ int Run(Page kind, const PrintOptions& options, const CommandOutput& output) {
         in.chart = ui::ChartPicture(chart.data, chart.drawn);
     }
 
-    const bool written = ui::WritePdf(QString::fromStdString(options.pdf), [&](DrawingSurface& s) {
-        if (kind == Page::Report)
-            PrintReport(s, in);
-        else
-            PrintPlot(s, in);
-    });
-    if (!written)
-        return output.Fail(kExitOutput, "cannot write " + options.pdf,
+    std::string pdf;
+    const bool drawn = RenderPdf(
+        [&](DrawingSurface& s) {
+            if (kind == Page::Report)
+                PrintReport(s, in);
+            else
+                PrintPlot(s, in);
+        },
+        pdf);
+    const std::string failure =
+        drawn ? WriteFileReplacing(options.pdf, pdf) : std::string("the page cannot be drawn");
+    if (!failure.empty())
+        return output.Fail(kExitOutput, "cannot write " + options.pdf + ": " + failure,
                            "rainfold-cli " + output.command() + ": ");
     return kExitOk;
 }
