@@ -72,6 +72,26 @@ void CalcPosition(int capacityCase, int position, int slot, const PositionInputs
         GreenAmptPosition(capacityCase, position, res, notify);
 }
 
+} // namespace
+
+EngineInputs ReadEngineInputs(const DesignRecord& design) {
+    EngineInputs in;
+    in.L = Val(design.txtSYL) * 0.3048;
+    in.Q0 = (Val(design.txtGPM) - 200) * 0.06309;
+    in.d = DepthMm(Val(design.txtAPPL));
+    in.R = WettedRadius(Val(design.txtWetDiam));
+    in.F = design.intakeFamilyIndex + 1;
+    return in;
+}
+
+int SlotFamily(int F, int slot) {
+    if (F == 1)
+        return slot;
+    if (F == 7)
+        return 4 + slot;
+    return F - 2 + slot;
+}
+
 void FillSurfaceStorage(const DesignRecord& design, Results& res) {
     for (size_t i = 1; i <= 10; ++i) {
         const SegmentRow& row = design.segments[i - 1];
@@ -95,26 +115,6 @@ void FillSurfaceStorage(const DesignRecord& design, Results& res) {
             break; // no option ticked: storage keeps what it held
         }
     }
-}
-
-} // namespace
-
-EngineInputs ReadEngineInputs(const DesignRecord& design) {
-    EngineInputs in;
-    in.L = Val(design.txtSYL) * 0.3048;
-    in.Q0 = (Val(design.txtGPM) - 200) * 0.06309;
-    in.d = DepthMm(Val(design.txtAPPL));
-    in.R = WettedRadius(Val(design.txtWetDiam));
-    in.F = design.intakeFamilyIndex + 1;
-    return in;
-}
-
-int SlotFamily(int F, int slot) {
-    if (F == 1)
-        return slot;
-    if (F == 7)
-        return 4 + slot;
-    return F - 2 + slot;
 }
 
 void CheckCaseFlows(double Q0) {

@@ -63,6 +63,10 @@ struct PositionInputs {
 // Capacity case k (1..3) at position j (1..10), with the family left at 0.
 PositionInputs PositionOf(const EngineInputs& in, int k, int j);
 
+// The surface storage of the ten segments under the design's ticked option, as the computation
+// fills it (mm); nothing is written when no option is ticked.
+void FillSurfaceStorage(const DesignRecord& design, Results& results);
+
 // Refuses a design whose capacity less 100 gpm is not above 0 gpm (EngineFault).
 void CheckCaseFlows(double Q0);
 
