@@ -345,6 +345,53 @@ PivotProfile ComputePivotProfile(const DesignRecord& design, const Notify& notif
     return out;
 }
 
+std::vector<ContourSegment> Contour(const ExploreMap& map, double level) {
+    std::vector<ContourSegment> out;
+    const size_t nx = map.xValues.size(), ny = map.yValues.size();
+    for (size_t r = 0; r + 1 < ny; ++r) {
+        for (size_t c = 0; c + 1 < nx; ++c) {
+            // Corners counter-clockwise from (c, r); the edge k runs from corner k to k + 1.
+            const double cx[] = {0, 1, 1, 0}, ry[] = {0, 0, 1, 1};
+            double v[4];
+            bool above[4], skip = false;
+            for (int k = 0; k < 4; ++k) {
+                v[k] = map.runoff[r + static_cast<size_t>(ry[k])][c + static_cast<size_t>(cx[k])];
+                skip = skip || std::isnan(v[k]);
+                above[k] = v[k] > level;
+            }
+            if (skip)
+                continue;
+            double px[4], py[4];
+            int crossings[4], n = 0;
+            for (int k = 0; k < 4; ++k) {
+                const int e = (k + 1) % 4;
+                if (above[k] == above[e])
+                    continue;
+                const double t =
+                    level == 0 ? 0.5 : std::clamp((level - v[k]) / (v[e] - v[k]), 0.0, 1.0);
+                px[k] = static_cast<double>(c) + cx[k] + t * (cx[e] - cx[k]);
+                py[k] = static_cast<double>(r) + ry[k] + t * (ry[e] - ry[k]);
+                crossings[n++] = k;
+            }
+            const auto add = [&](int a, int b) { out.push_back({px[a], py[a], px[b], py[b]}); };
+            if (n == 2) {
+                add(crossings[0], crossings[1]);
+            } else if (n == 4) {
+                // A saddle: the centre decides which pair of opposite corners is joined.
+                const bool centre = (v[0] + v[1] + v[2] + v[3]) / 4 > level;
+                if (centre == above[0]) {
+                    add(0, 1); // cuts off corner 1
+                    add(2, 3); // cuts off corner 3
+                } else {
+                    add(3, 0); // cuts off corner 0
+                    add(1, 2); // cuts off corner 2
+                }
+            }
+        }
+    }
+    return out;
+}
+
 std::string ExploreMapCsv(const ExploreMap& map) {
     std::string out = map.axis == ExploreAxis::Depth ? "Depth per pass (in)" : "Storage (in)";
     out += " \\ Wetted diameter (ft)";

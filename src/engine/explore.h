@@ -142,6 +142,16 @@ struct PivotProfile {
 };
 PivotProfile ComputePivotProfile(const DesignRecord& design, const Notify& notify = {});
 
+// One piece of a contour line, in grid coordinates: column and row indices, fractional between
+// the grid's points.
+struct ContourSegment {
+    double column1, row1, column2, row2;
+};
+// The line where the map's runoff crosses `levelPct`, square by square. At level 0 the line runs
+// halfway between a point without runoff and one with, as no runoff in between rises to any
+// fraction of the neighbour's. Squares with a faulted corner are left out.
+std::vector<ContourSegment> Contour(const ExploreMap& map, double levelPct);
+
 // The map as comma-separated values: a header row of wetted diameters, then one row per y value
 // starting with it; an empty field where a fault stopped the point.
 std::string ExploreMapCsv(const ExploreMap& map);

@@ -290,6 +290,41 @@ TEST(Explore, MapAndCsv) {
     EXPECT_EQ(cancelled.done, 0);
 }
 
+// Contour pieces of one square, worked by hand: corners (0,0) and (0,1) without runoff, (1,0) and
+// (1,1) with 2 %; a saddle decided by its centre; a faulted corner leaves the square out.
+TEST(Explore, ContourOfOneSquare) {
+    const double nan = std::nan("");
+    struct Case {
+        std::vector<std::vector<double>> runoff; // [row][column]
+        double level;
+        std::vector<ContourSegment> expected;
+    };
+    const Case cases[] = {
+        {{{0, 2}, {0, 2}}, 1, {{0.5, 0, 0.5, 1}}},
+        {{{0, 2}, {0, 2}}, 0.5, {{0.25, 0, 0.25, 1}}},
+        {{{0, 2}, {0, 2}}, 0, {{0.5, 0, 0.5, 1}}}, // halfway, not at the dry corner
+        {{{0, 2}, {0, 2}}, 2, {}},
+        // Saddle: the centre (mean 1.5) is above 1, like the corners (0,0) and (1,1), so the
+        // pieces cut off the two dry corners (1,0) and (0,1).
+        {{{3, 0}, {0, 3}}, 1, {{2.0 / 3, 0, 1, 1.0 / 3}, {1.0 / 3, 1, 0, 2.0 / 3}}},
+        {{{0, 2}, {nan, 2}}, 1, {}},
+    };
+    for (const Case& c : cases) {
+        ExploreMap map;
+        map.xValues = {1, 150};
+        map.yValues = {0.25, 3};
+        map.runoff = c.runoff;
+        const std::vector<ContourSegment> got = Contour(map, c.level);
+        ASSERT_EQ(got.size(), c.expected.size()) << c.level;
+        for (size_t k = 0; k < got.size(); ++k) {
+            EXPECT_NEAR(got[k].column1, c.expected[k].column1, 1e-12);
+            EXPECT_NEAR(got[k].row1, c.expected[k].row1, 1e-12);
+            EXPECT_NEAR(got[k].column2, c.expected[k].column2, 1e-12);
+            EXPECT_NEAR(got[k].row2, c.expected[k].row2, 1e-12);
+        }
+    }
+}
+
 // The ranges of the "Wetted Diameter" reference panel.
 TEST(Explore, PackageClass) {
     const std::pair<double, const char*> cases[] = {
