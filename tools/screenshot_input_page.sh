@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Takes a picture of the window as it starts (the "Input Data" page) on a virtual display and
-# writes it to docs/input-page.png, or to the file given.
+# writes it to build/input-page-start.png, or to the file given. (docs/input-page.png shows a
+# filled page and is drawn by rainfold_screenshot.)
 #     tools/screenshot_input_page.sh [PROGRAM] [OUTPUT.png]
 # Needs xvfb-run, xwininfo (x11-utils) and import (imagemagick).
 set -euo pipefail
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 program="${1:-$root/build/src/app/rainfold}"
-output="${2:-$root/docs/input-page.png}"
+output="${2:-$root/build/input-page-start.png}"
 
 if [ -z "${RAINFOLD_ON_XVFB:-}" ]; then
     RAINFOLD_ON_XVFB=1 exec xvfb-run -a -s "-screen 0 1280x1024x24 -noreset" "$0" "$program" "$output"

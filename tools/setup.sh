@@ -9,7 +9,7 @@ RAINFOLD_JOBS="${RAINFOLD_JOBS:-$(nproc)}"
 
 packages=(cmake g++ make qt6-base-dev qt6-charts-dev libgl-dev libgtest-dev libbenchmark-dev
           xvfb xauth python3 poppler-utils fonts-dejavu-core fonts-liberation
-          libqt6opengl6-dev)
+          libqt6opengl6-dev libcli11-dev nlohmann-json3-dev)
 
 missing=()
 for p in "${packages[@]}"; do

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <string>
-#include <vector>
+#include <CLI/CLI.hpp>
 
 namespace rainfold::cli {
 
-// rainfold-cli compute FILE.rfd [--green-ampt] [--slot N] [--json]; returns the exit code.
-int RunCompute(const std::vector<std::string>& args);
+// rainfold-cli compute FILE.rfd [--green-ampt] [--slot N] [--json]: the results page of a design,
+// or every result array as JSON.
+void AddComputeCommand(CLI::App& app, int& exitCode);
 
 } // namespace rainfold::cli

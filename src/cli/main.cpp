@@ -1,61 +1,44 @@
-// rainfold-cli: the runoff computation of a design file without the window.
+// rainfold-cli: the runoff computation of design files without the window.
+//
+// Adding a command: write it in a file of its own, foo_command.cpp with foo_command.h declaring
+//     void AddFooCommand(CLI::App& app, int& exitCode);
+// which creates the subcommand (app.add_subcommand), binds its options to a struct held by a
+// shared_ptr that the callback captures, and sets exitCode from the callback. The pieces every
+// command shares are in command_support.h:
+//   - CommandOutput: Fail(code, message) for an error (text on standard error, and one
+//     {"status": "error", "message": ...} object on standard output when --json is on),
+//     Usage(message) for a usage error found after parsing, Warn and Notice, and Write(text)
+//     for standard output, which returns kExitOutput when the text could not be delivered;
+//   - AddDesignFileArgument, AddGreenAmptOption, AddModelOptions (--green-ampt, --slot) and
+//     AddJsonOption, so that the same option reads and is checked the same everywhere;
+//   - LoadCheckedDesign (open + the window's checks, warnings accepted) and ShownSlot;
+//   - exit_codes.h for the codes, json_text.h for JSON in the documented number layout.
+// Then register it below and add its source to CMakeLists.txt. Parsing, --help, --version and
+// every usage error are handled once, in RunCommandLine.
 
+#include "command_support.h"
 #include "compute_command.h"
 #ifdef RAINFOLD_CLI_PRINT
 #include "print_commands.h"
 #endif
 
-#include <iostream>
-#include <string>
-#include <vector>
-
-namespace {
-
-const char* const kUsage =
-    "usage: rainfold-cli compute FILE.rfd [--green-ampt] [--slot N] [--json]\n"
-#ifdef RAINFOLD_CLI_PRINT
-    "       rainfold-cli report FILE.rfd --pdf OUT.pdf [--green-ampt] [--slot N] [--case C]\n"
-    "       rainfold-cli plot FILE.rfd --pdf OUT.pdf [--green-ampt] [--slot N] [--case C]\n"
-    "                        [--position P]\n"
-#endif
-    "\n"
-    "  compute   check the design, compute it and print the results page\n"
-    "            --green-ampt  use the Green-Ampt model (design files do not store the choice)\n"
-    "            --slot N      show family slot N (1, 2 or 3) instead of the one the window opens\n"
-    "            --json        print every result array as one JSON object\n"
-#ifdef RAINFOLD_CLI_PRINT
-    "  report    write the one-page printed report to a PDF file (Letter)\n"
-    "  plot      write the one-page printed plot, the chart of one position, to a PDF file\n"
-    "            --case C      capacity case shown: 1 (capacity - 100 gpm), 2 (as entered,\n"
-    "                          the default) or 3 (capacity + 100 gpm)\n"
-    "            --position P  position charted, 1 to 10 counted from the pivot (default 10)\n"
-#endif
-    "\n"
-    "exit codes: 0 computed, 1 file cannot be opened, 2 the design fails a check,\n"
-    "            3 the computation stopped on a fault, 64 usage error\n"
-#ifdef RAINFOLD_CLI_PRINT
-    "            4 the PDF file cannot be written\n"
-#endif
-    ;
-
-} // namespace
-
 int main(int argc, char** argv) {
-    std::vector<std::string> args(argv + 1, argv + argc);
-    if (args.empty() || args[0] == "--help" || args[0] == "-h") {
-        std::cout << kUsage;
-        return args.empty() ? 64 : 0;
-    }
-    const std::string command = args[0];
-    args.erase(args.begin());
-    if (command == "compute")
-        return rainfold::cli::RunCompute(args);
+    using namespace rainfold::cli;
+    CLI::App app("Rainfold: potential runoff of a center-pivot design, without the window.",
+                 "rainfold-cli");
+    app.set_version_flag("--version", "rainfold-cli " RAINFOLD_VERSION,
+                         "print the program's name and version");
+    app.require_subcommand(1);
+    app.fallthrough(); // --version after a command's name still works
+    app.footer("Exit codes: 0 done, 1 a design file cannot be opened, 2 the design fails a check,\n"
+               "3 the computation stopped on a fault, 4 an output cannot be written,\n"
+               "5 batch: some designs did not compute, 64 usage error.\n");
+
+    int exitCode = kExitOk;
+    AddComputeCommand(app, exitCode);
 #ifdef RAINFOLD_CLI_PRINT
-    if (command == "report")
-        return rainfold::cli::RunReport(args);
-    if (command == "plot")
-        return rainfold::cli::RunPlot(args);
+    AddReportCommand(app, exitCode);
+    AddPlotCommand(app, exitCode);
 #endif
-    std::cerr << "rainfold-cli: unknown command '" << command << "'\n" << kUsage;
-    return 64;
+    return RunCommandLine(app, argc, argv, exitCode);
 }

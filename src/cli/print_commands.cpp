@@ -1,5 +1,5 @@
 #include "print_commands.h"
-#include "load_design.h"
+#include "command_support.h"
 
 #include "calc.h"
 #include "chart_data.h"
@@ -13,7 +13,6 @@
 #include <QApplication>
 #include <QString>
 
-#include <cstdlib>
 #include <iostream>
 #include <memory>
 
@@ -26,66 +25,10 @@ enum class Page { Report, Plot };
 struct PrintOptions {
     std::string file;
     std::string pdf;
-    bool greenAmpt = false;
-    int slot = 0;      // 0: the slot the window opens on
+    ModelOptions model;
     int capacity = 2;  // capacity case shown: 1 less 100 gpm, 2 as entered, 3 plus 100 gpm
     int position = 10; // position charted, 1..10 (the outer end unless asked)
 };
-
-bool ReadWhole(const std::string& text, int low, int high, int& value) {
-    char* end = nullptr;
-    const long v = std::strtol(text.c_str(), &end, 10);
-    if (text.empty() || *end != '\0' || v < low || v > high)
-        return false;
-    value = static_cast<int>(v);
-    return true;
-}
-
-bool ParseOptions(Page page, const std::vector<std::string>& args, PrintOptions& o,
-                  std::string& error) {
-    for (size_t i = 0; i < args.size(); ++i) {
-        const std::string& a = args[i];
-        const bool hasValue = i + 1 < args.size();
-        if (a == "--green-ampt") {
-            o.greenAmpt = true;
-        } else if (a == "--pdf") {
-            if (!hasValue) {
-                error = "--pdf takes a file name";
-                return false;
-            }
-            o.pdf = args[++i];
-        } else if (a == "--slot") {
-            if (!hasValue || !ReadWhole(args[i + 1], 1, 3, o.slot)) {
-                error = "--slot takes 1, 2 or 3";
-                return false;
-            }
-            ++i;
-        } else if (a == "--case") {
-            if (!hasValue || !ReadWhole(args[i + 1], 1, 3, o.capacity)) {
-                error = "--case takes 1, 2 or 3";
-                return false;
-            }
-            ++i;
-        } else if (a == "--position" && page == Page::Plot) {
-            if (!hasValue || !ReadWhole(args[i + 1], 1, 10, o.position)) {
-                error = "--position takes a whole number from 1 to 10";
-                return false;
-            }
-            ++i;
-        } else if (!TakeFileArgument(a, o.file, error)) {
-            return false;
-        }
-    }
-    if (o.file.empty()) {
-        error = "no design file named";
-        return false;
-    }
-    if (o.pdf.empty()) {
-        error = "no PDF file named (--pdf OUT.pdf)";
-        return false;
-    }
-    return true;
-}
 
 // The printed pages need a GUI application for fonts and the chart; no window is ever shown.
 std::unique_ptr<QApplication> StartApplication() {
@@ -97,35 +40,25 @@ std::unique_ptr<QApplication> StartApplication() {
     return std::make_unique<QApplication>(argc, argv);
 }
 
-int Run(Page kind, const std::vector<std::string>& args) {
-    const char* command = kind == Page::Report ? "report" : "plot";
-    PrintOptions options;
-    std::string usageError;
-    if (!ParseOptions(kind, args, options, usageError)) {
-        std::cerr << "rainfold-cli " << command << ": " << usageError << '\n';
-        return 64;
-    }
-
+int Run(Page kind, const PrintOptions& options, const CommandOutput& output) {
     DesignRecord design;
-    if (const int failed = LoadCheckedDesign(options.file, options.greenAmpt, design))
+    if (const int failed = LoadCheckedDesign(output, options.file, options.model.greenAmpt, design))
         return failed;
+    int slot = 0;
+    if (const int unusable = ShownSlot(output, options.model, design, slot))
+        return unusable;
 
     Results results;
-    const Notify notify = [](const std::string& m) { std::cerr << m << '\n'; };
+    const Notify notify = [&](const std::string& m) { output.Notice(m); };
     const CalcOutcome calc = Calc_Results(design, results, notify);
-    if (!calc.ok()) {
-        std::cerr << "Error: " << calc.message << '\n';
-        return 3;
-    }
-    const int slot = options.slot ? options.slot : InitialSlot(design.intakeFamilyIndex);
+    if (!calc.ok())
+        return output.Fail(kExitFault, calc.message);
 
     PrintInputs in;
     in.design = design;
     in.page = BuildResultsPage(design, results, slot);
-    if (!in.page.fault.empty()) {
-        std::cerr << "Error: " << in.page.fault << '\n';
-        return 3;
-    }
+    if (!in.page.fault.empty())
+        return output.Fail(kExitFault, in.page.fault);
     in.model = design.greenAmpt ? InfiltrationModel::GreenAmpt : InfiltrationModel::IntakeFamily;
     const int column = options.capacity + 2;
     in.txtCol = std::to_string(column);
@@ -139,10 +72,8 @@ int Run(Page kind, const std::vector<std::string>& args) {
     if (kind == Page::Plot) {
         const ChartOutcome chart =
             BuildChart(design, results, ChartRequest{column, in.shownRow, slot}, notify);
-        if (!chart.fault.empty()) {
-            std::cerr << "Error: " << chart.fault << '\n';
-            return 3;
-        }
+        if (!chart.fault.empty())
+            return output.Fail(kExitFault, chart.fault);
         in.txtHP = chart.data.txtHP;
         in.txtTS = chart.data.txtTS;
         in.txtTP = chart.data.txtTP;
@@ -157,21 +88,49 @@ int Run(Page kind, const std::vector<std::string>& args) {
         else
             PrintPlot(s, in);
     });
-    if (!written) {
-        std::cerr << "rainfold-cli " << command << ": cannot write " << options.pdf << '\n';
-        return 4;
-    }
-    return 0;
+    if (!written)
+        return output.Fail(kExitOutput, "cannot write " + options.pdf,
+                           "rainfold-cli " + output.command() + ": ");
+    return kExitOk;
+}
+
+void AddPrintCommand(CLI::App& app, int& exitCode, Page kind) {
+    const bool plot = kind == Page::Plot;
+    auto options = std::make_shared<PrintOptions>();
+    auto output = std::make_shared<CommandOutput>(plot ? "plot" : "report");
+    CLI::App* command = app.add_subcommand(
+        output->command(),
+        plot ? "write the one-page printed plot, the chart of one position, to a PDF file"
+             : "write the one-page printed report to a PDF file (Letter)");
+    AddDesignFileArgument(*command, options->file);
+    command->add_option("--pdf", options->pdf, "the PDF file written")
+        ->required()
+        ->type_name("OUT.pdf");
+    AddModelOptions(*command, options->model);
+    command
+        ->add_option("--case", options->capacity,
+                     "capacity case shown: 1 (capacity - 100 gpm), 2 (as entered, the default) "
+                     "or 3 (capacity + 100 gpm)")
+        ->check(CLI::Range(1, 3).description(""))
+        ->type_name("C");
+    if (plot)
+        command
+            ->add_option("--position", options->position,
+                         "position charted, 1 to 10 counted from the pivot (default 10)")
+            ->check(CLI::Range(1, 10).description(""))
+            ->type_name("P");
+    command->callback(
+        [options, output, kind, &exitCode] { exitCode = Run(kind, *options, *output); });
 }
 
 } // namespace
 
-int RunReport(const std::vector<std::string>& args) {
-    return Run(Page::Report, args);
+void AddReportCommand(CLI::App& app, int& exitCode) {
+    AddPrintCommand(app, exitCode, Page::Report);
 }
 
-int RunPlot(const std::vector<std::string>& args) {
-    return Run(Page::Plot, args);
+void AddPlotCommand(CLI::App& app, int& exitCode) {
+    AddPrintCommand(app, exitCode, Page::Plot);
 }
 
 } // namespace rainfold::cli

@@ -1,14 +1,13 @@
 #pragma once
 
-#include <string>
-#include <vector>
+#include <CLI/CLI.hpp>
 
 namespace rainfold::cli {
 
 // rainfold-cli report FILE.rfd --pdf OUT.pdf [--green-ampt] [--slot N] [--case C]
-int RunReport(const std::vector<std::string>& args);
+void AddReportCommand(CLI::App& app, int& exitCode);
 
 // rainfold-cli plot FILE.rfd --pdf OUT.pdf [--green-ampt] [--slot N] [--case C] [--position P]
-int RunPlot(const std::vector<std::string>& args);
+void AddPlotCommand(CLI::App& app, int& exitCode);
 
 } // namespace rainfold::cli

@@ -1,8 +1,13 @@
-// Writes a picture of the results page for a design file:
-//     rainfold_screenshot DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COLUMN] [--explorer]
-// The window opens the design, turns to "Results" (accepting any warning) and charts the cell.
-// With --explorer it opens Tools > "Design Explorer..." instead and pictures that window at its
-// own size once the map is drawn.
+// Writes a picture of the window for a design file:
+//     rainfold_screenshot DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COLUMN] [--input]
+//                         [--size WIDTH HEIGHT] [--focus CONTROL] [--edit ROW COLUMN]
+//                         [--explorer]
+// By default the window opens the design, turns to "Results" (accepting any warning) and, with
+// --cell, charts that cell. --input stays on "Input Data"; --focus puts the focus into a control
+// there and --edit opens the cell editor over a segment cell, so the reference panels can be seen.
+// --size 0 0 takes the window's minimum size, --size default the size it opens with.
+// --explorer opens Tools > "Design Explorer..." instead and pictures that window at the size it
+// opens with, once its map is drawn.
 
 #include "DesignExplorer.h"
 #include "ROAnalysis.h"
@@ -13,6 +18,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QEventLoop>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -23,22 +29,39 @@
 
 int main(int argc, char** argv) {
     if (argc < 3) {
-        std::fprintf(stderr, "usage: %s DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COL]\n",
+        std::fprintf(stderr,
+                     "usage: %s DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COL] [--input] "
+                     "[--size W H] [--focus CONTROL] [--edit ROW COL]\n",
                      argv[0]);
         return 64;
     }
     QApplication app(argc, argv);
-    bool green = false, explorer = false;
-    int row = 9, column = 4;
+    bool green = false, input = false, ownSize = false, explorer = false;
+    int row = -1, column = -1, editRow = -1, editColumn = -1;
+    QSize size(1250, 760);
+    QString focus;
     for (int i = 3; i < argc; ++i) {
         const std::string a = argv[i];
-        if (a == "--green-ampt")
+        if (a == "--green-ampt") {
             green = true;
-        else if (a == "--explorer")
+        } else if (a == "--explorer") {
             explorer = true;
-        else if (a == "--cell" && i + 2 < argc) {
+        } else if (a == "--input") {
+            input = true;
+        } else if (a == "--cell" && i + 2 < argc) {
             row = std::stoi(argv[++i]);
             column = std::stoi(argv[++i]);
+        } else if (a == "--edit" && i + 2 < argc) {
+            editRow = std::stoi(argv[++i]);
+            editColumn = std::stoi(argv[++i]);
+        } else if (a == "--size" && i + 1 < argc && std::string(argv[i + 1]) == "default") {
+            ownSize = true;
+            ++i;
+        } else if (a == "--size" && i + 2 < argc) {
+            size = QSize(std::stoi(argv[i + 1]), std::stoi(argv[i + 2]));
+            i += 2;
+        } else if (a == "--focus" && i + 1 < argc) {
+            focus = QString::fromLocal8Bit(argv[++i]);
         }
     }
 
@@ -52,8 +75,11 @@ int main(int argc, char** argv) {
     window.setDesign(design);
     if (green)
         window.findChild<QAction*>(QStringLiteral("mnuOptionsGreenAmpt"))->trigger();
-    window.resize(1250, 760);
+    if (!ownSize)
+        window.resize(size); // the minimum size holds against anything smaller
     window.show();
+    window.activateWindow();
+    app.processEvents();
 
     // Accept every box the page change raises.
     QTimer answer;
@@ -74,9 +100,23 @@ int main(int argc, char** argv) {
         app.processEvents();
         return tool->grab().save(QString::fromLocal8Bit(argv[2])) ? 0 : 1;
     }
-    window.findChild<QTabWidget*>(QStringLiteral("SSTab1"))->setCurrentIndex(1);
-    window.resultsView()->grid()->setCurrentCell(row, column);
+    if (input) {
+        if (!focus.isEmpty())
+            if (auto* control = window.findChild<QWidget*>(focus))
+                control->setFocus(Qt::OtherFocusReason);
+        app.processEvents();
+        if (editRow >= 0) {
+            auto* grid = window.findChild<QTableWidget*>(QStringLiteral("msgSurfStore"));
+            grid->setCurrentCell(editRow, editColumn);
+            window.MSFlexGridEdit(grid, window.findChild<QLineEdit*>(QStringLiteral("txtEdit")), 0);
+        }
+    } else {
+        window.findChild<QTabWidget*>(QStringLiteral("SSTab1"))->setCurrentIndex(1);
+        if (row >= 0) // else the cell the page change leaves current
+            window.resultsView()->grid()->setCurrentCell(row, column);
+    }
     app.processEvents();
+    std::fprintf(stderr, "window %dx%d\n", window.width(), window.height());
     const bool saved = window.grab().save(QString::fromLocal8Bit(argv[2]));
     return saved ? 0 : 1;
 }

@@ -164,6 +164,8 @@ void ROAnalysis::mnuFileOpen_Click() {
 }
 
 void ROAnalysis::mnuFileSave_Click() {
+    // What the table shows is what is saved: an edit still open goes into its cell first.
+    commitEdit(msgSurfStore->currentRow(), msgSurfStore->currentColumn());
     const QString fileName = askFileName(true);
     if (fileName.isEmpty())
         return; // cancelled

@@ -56,13 +56,13 @@ struct PanelRow {
 };
 
 // A fixed reference panel: a captioned frame holding a two-column table of labels and a hint
-// line beneath it.
+// line beneath it, in the given font. An empty size leaves the panel at the size its texts need.
 QGroupBox* AddPanel(QWidget* parent, const QString& name, const QString& title, const QRect& where,
-                    const PanelRow& headings, const std::vector<PanelRow>& rows,
+                    const QFont& font, const PanelRow& headings, const std::vector<PanelRow>& rows,
                     const QString& hint) {
     auto* panel = new QGroupBox(title, parent);
     panel->setObjectName(name);
-    panel->setGeometry(where);
+    panel->setFont(font);
     panel->setAutoFillBackground(true);
     auto* layout = new QGridLayout(panel);
     layout->setContentsMargins(8, 4, 8, 4);
@@ -92,6 +92,7 @@ QGroupBox* AddPanel(QWidget* parent, const QString& name, const QString& title, 
     hintLabel->setTextFormat(Qt::PlainText);
     layout->addWidget(hintLabel, row, 0, 1, 2);
     layout->setColumnStretch(1, 1);
+    panel->setGeometry(where.isEmpty() ? QRect(where.topLeft(), panel->sizeHint()) : where);
     return panel;
 }
 
@@ -103,17 +104,19 @@ QString Inches(const char* depth) {
 } // namespace
 
 void ROAnalysis::buildInputPage(QWidget* page) {
-    page->setMinimumSize(940, 620);
+    page->setMinimumSize(kRightColumnX + kRightColumnWidth + kGap, 620);
     buildLocationFrame(page);
     buildSystemFields(page);
     buildInfiltrationFrames(page);
     buildSegmentTable(page);
     buildReferencePanels(page);
+    sizeSegmentTable(kPercentColumnWidth, kPercentTableWidth);
 
     // The editor floats above the table; leaving it by hiding it hands the focus to the table.
     txtEdit = new QLineEdit(page);
     txtEdit->setObjectName(QStringLiteral("txtEdit"));
     txtEdit->setFrame(false);
+    txtEdit->setFont(msgSurfStore->font()); // the text keeps its size when the cell opens
     txtEdit->hide();
     QWidget::setTabOrder(txtEdit, msgSurfStore);
 
@@ -215,7 +218,7 @@ void ROAnalysis::buildSystemFields(QWidget* page) {
 void ROAnalysis::buildInfiltrationFrames(QWidget* page) {
     frmUNUK = new QGroupBox(QStringLiteral("User Supplied K and N Values"), page);
     frmUNUK->setObjectName(QStringLiteral("frmUNUK"));
-    frmUNUK->setGeometry(520, 282, 230, 88);
+    frmUNUK->setGeometry(kRightColumnX, 282, 230, 88);
     QLabel* label = AddLabel(frmUNUK, QStringLiteral("lblUk"), QStringLiteral("K Value"),
                              QRect(10, 26, 80, 20));
     txtUk = AddField(frmUNUK, QStringLiteral("txtUk"), QRect(96, 24, 110, 22), {}, label);
@@ -226,7 +229,7 @@ void ROAnalysis::buildInfiltrationFrames(QWidget* page) {
 
     frmGA = new QGroupBox(QStringLiteral("Green and Ampt Infiltration Parameters"), page);
     frmGA->setObjectName(QStringLiteral("frmGA"));
-    frmGA->setGeometry(520, 378, 410, 214);
+    frmGA->setGeometry(kRightColumnX, 378, kRightColumnWidth, 214);
     struct GaField {
         QLineEdit** field;
         const char* name;
@@ -246,11 +249,11 @@ void ROAnalysis::buildInfiltrationFrames(QWidget* page) {
         const QString name = QString::fromLatin1(f.name);
         const QString stem = name.mid(3);
         label = AddLabel(frmGA, QStringLiteral("lbl") + stem, QString::fromLatin1(f.label),
-                         QRect(10, y + 2, 230, 20));
-        *f.field = AddField(frmGA, name, QRect(244, y, 80, 22), {}, label);
+                         QRect(10, y + 2, 214, 20));
+        *f.field = AddField(frmGA, name, QRect(228, y, 80, 22), {}, label);
         if (*f.unit)
             AddLabel(frmGA, QStringLiteral("lbl") + stem + QStringLiteral("Unit"),
-                     QString::fromLatin1(f.unit), QRect(332, y + 2, 70, 20));
+                     QString::fromLatin1(f.unit), QRect(316, y + 2, 70, 20));
         y += 31;
     }
     frmGA->hide();
@@ -271,7 +274,7 @@ void ROAnalysis::buildSegmentTable(QWidget* page) {
     msgSurfStore->setWordWrap(true);
     msgSurfStore->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     msgSurfStore->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    // A point smaller than the page, so the longest segment labels fit their column.
+    // A point smaller than the page, so the table stays compact beside the storage panels.
     QFont gridFont = msgSurfStore->font();
     gridFont.setPointSizeF(gridFont.pointSizeF() - 1);
     msgSurfStore->setFont(gridFont);
@@ -279,9 +282,12 @@ void ROAnalysis::buildSegmentTable(QWidget* page) {
     // The heading row and the segment column are fixed: grey, never current, never edited.
     const QBrush fixedBack = msgSurfStore->palette().brush(QPalette::Button);
     const QBrush fixedText = msgSurfStore->palette().brush(QPalette::ButtonText);
+    // The table's own hint is shown through its cells, which answer the pointer's hover.
+    const QString hint = msgSurfStore->toolTip();
     for (int row = 0; row <= kSegmentRows; ++row) {
         for (int column = 0; column < 3; ++column) {
             auto* item = new QTableWidgetItem;
+            item->setToolTip(hint);
             if (row < kFixedRows || column == 0) {
                 item->setFlags(Qt::NoItemFlags);
                 item->setBackground(fixedBack);
@@ -296,23 +302,24 @@ void ROAnalysis::buildSegmentTable(QWidget* page) {
     }
     const int height =
         kHeaderRowHeight + kSegmentRows * kRowHeight + 2 * msgSurfStore->frameWidth();
-    msgSurfStore->setGeometry(8, 372, Tw(kPercentTableWidth), height);
+    msgSurfStore->setGeometry(kTableX, kTableY, Tw(kPercentTableWidth), height);
     msgSurfStore->setCurrentCell(kFixedRows, 1);
     msgSurfStore->hide();
 
-    // The irrigated area beside the table; nothing fills it.
+    // The irrigated area beside the table's foot; nothing fills it. It follows the table's width.
     txtSysArea = new QLineEdit(page);
     txtSysArea->setObjectName(QStringLiteral("txtSysArea"));
-    txtSysArea->setGeometry(326, 586, 70, 22);
+    txtSysArea->resize(70, 22);
     txtSysArea->setReadOnly(true);
-    AddLabel(page, QStringLiteral("lblSysArea"), QStringLiteral("acres"), QRect(402, 588, 50, 20))
-        ->setBuddy(txtSysArea);
+    lblSysArea = AddLabel(page, QStringLiteral("lblSysArea"), QStringLiteral("acres"), QRect());
+    lblSysArea->resize(50, 20);
+    lblSysArea->setBuddy(txtSysArea);
 }
 
 void ROAnalysis::buildReferencePanels(QWidget* page) {
     frmWetDiam = AddPanel(
         page, QStringLiteral("frmWetDiam"), QStringLiteral("Wetted Diameter"),
-        QRect(520, 6, 410, 268),
+        QRect(kRightColumnX, 6, kRightColumnWidth, 268), page->font(),
         {QStringLiteral("Sprinkler Package"), QStringLiteral("Wetted Diameter")},
         {
             {QStringLiteral("High Pressure Impact (Constant Spacing)"), QStringLiteral("'H'")},
@@ -329,22 +336,24 @@ void ROAnalysis::buildReferencePanels(QWidget* page) {
         },
         QStringLiteral("Enter a value for the wetted diameter.                  ^^^"));
 
-    frmSurfStore = AddPanel(page, QStringLiteral("frmSurfStore"),
-                            QStringLiteral("Surface Storage Options"), QRect(370, 330, 210, 140),
-                            {QStringLiteral("Slope"), QStringLiteral("Surface Storage")},
-                            {
-                                {QStringLiteral("0 - 1 %"), Inches("0.5")},
-                                {QStringLiteral("1 -3 %"), Inches("0.3")},
-                                {QStringLiteral("3 - 5 %"), Inches("0.1")},
-                                {QStringLiteral("> 5 %"), Inches("0.0")},
-                            },
-                            QStringLiteral("Enter storage amount.     ^ ^"));
+    // The storage panels list values for the segment table and share its font; each stands
+    // beside the storage fields or the table when it is shown.
+    const QFont tableFont = msgSurfStore->font();
+    frmSurfStore =
+        AddPanel(page, QStringLiteral("frmSurfStore"), QStringLiteral("Surface Storage Options"),
+                 QRect(), tableFont, {QStringLiteral("Slope"), QStringLiteral("Surface Storage")},
+                 {
+                     {QStringLiteral("0 - 1 %"), Inches("0.5")},
+                     {QStringLiteral("1 -3 %"), Inches("0.3")},
+                     {QStringLiteral("3 - 5 %"), Inches("0.1")},
+                     {QStringLiteral("> 5 %"), Inches("0.0")},
+                 },
+                 QStringLiteral("Enter storage amount.     ^ ^"));
     frmSurfStore->hide();
 
     frmResidueStore =
         AddPanel(page, QStringLiteral("frmResidueStore"), QStringLiteral("Residue Storage Options"),
-                 QRect(Tw(kResiduePanelLeft), Tw(kResiduePanelTop), 210, 226),
-                 {QStringLiteral("Residue"), QStringLiteral("Surface Storage")},
+                 QRect(), tableFont, {QStringLiteral("Residue"), QStringLiteral("Surface Storage")},
                  {
                      {QStringLiteral("0 %"), Inches("0.00")},
                      {QStringLiteral("10 %"), Inches("0.01")},

@@ -15,9 +15,15 @@ inline constexpr int Tw(int twips) {
     return (twips + 6) / 12;
 }
 
-// Where the residue panel stands beside the residue field and the cell editor.
-inline constexpr int kResiduePanelLeft = 4440;
-inline constexpr int kResiduePanelTop = 4560;
+// The column of frames on the right of the page (wetted diameter, K and N, Green-Ampt), and the
+// gap kept between neighbouring controls.
+inline constexpr int kRightColumnX = 566;
+inline constexpr int kRightColumnWidth = 410;
+inline constexpr int kGap = 8;
+
+// Where the segment table stands; the storage fields take its place under the constant options.
+inline constexpr int kTableX = 8;
+inline constexpr int kTableY = 372;
 
 // Widths of the two value columns and of the whole segment table, per variable option.
 inline constexpr int kPercentColumnWidth = 960;

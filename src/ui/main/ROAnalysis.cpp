@@ -84,7 +84,7 @@ ROAnalysis::ROAnalysis(QWidget* parent) : QMainWindow(parent), fileDialog_(Platf
 
     connectSignals();
     connectResultsSignals();
-    resize(960, 750);
+    resize(1000, 750);
 }
 
 ROAnalysis::~ROAnalysis() = default;
@@ -310,6 +310,10 @@ void ROAnalysis::mnuOptionsGreenAmpt_Click() {
     frmGA->setVisible(frmGA->isHidden());
     frmGA->setEnabled(!frmGA->isEnabledTo(frmGA->parentWidget()));
     cmdInfModel->setVisible(cmdInfModel->isHidden());
+    // Results on show must belong to the model now in use: the page change runs again, checks
+    // and all, and a failed check returns to "Input Data".
+    if (SSTab1->currentIndex() == 1)
+        showResults();
 }
 
 void ROAnalysis::mnuHelpContents_Click() {

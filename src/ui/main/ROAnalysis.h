@@ -149,6 +149,8 @@ private:
     void txtThetaI_Change();
     void updateOmega();
     void labelSegments();
+    void sizeSegmentTable(int columnTwips, int tableTwips);
+    void placeStoragePanel(QWidget* panel);
     void commitEdit(int row, int column);
     void txtEdit_GotFocus();
     void txtEdit_LostFocus();
@@ -185,6 +187,7 @@ private:
     QTableWidget* msgSurfStore = nullptr;
     QLineEdit* txtEdit = nullptr;
     QLineEdit* txtSysArea = nullptr;
+    QLabel* lblSysArea = nullptr;
 
     // Reference panels
     QGroupBox* frmWetDiam = nullptr;

@@ -11,12 +11,14 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFocusEvent>
+#include <QFontMetrics>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyle>
 #include <QTableWidget>
 
 #include <algorithm>
@@ -62,12 +64,8 @@ void ROAnalysis::optionSlopeResidue() {
         msgSurfStore->item(0, 0)->setText(QStringLiteral("Segment"));
         msgSurfStore->item(0, 1)->setText(first);
         msgSurfStore->item(0, 2)->setText(second);
-        const int column = Tw(columnTwips);
-        const int table = Tw(tableTwips);
-        msgSurfStore->setColumnWidth(1, column);
-        msgSurfStore->setColumnWidth(2, column);
-        msgSurfStore->setColumnWidth(0, table - 2 * msgSurfStore->frameWidth() - 2 * column);
-        msgSurfStore->resize(table, msgSurfStore->height());
+        labelSegments();
+        sizeSegmentTable(columnTwips, tableTwips);
     };
 
     if (mnuOptionsSR[rainfold::kConstantSlopeResidue]->isChecked()) {
@@ -91,7 +89,6 @@ void ROAnalysis::optionSlopeResidue() {
         msgSurfStore->raise();
         setHeadings(QStringLiteral("% Slope"), QStringLiteral("% Residue"), kPercentColumnWidth,
                     kPercentTableWidth);
-        labelSegments();
     }
     if (mnuOptionsSR[rainfold::kUserConstant]->isChecked()) {
         lblSurfStore->setText(QStringLiteral("Surface Storage"));
@@ -112,7 +109,6 @@ void ROAnalysis::optionSlopeResidue() {
         msgSurfStore->raise();
         setHeadings(QStringLiteral("Surface Storage"), QStringLiteral("Residue Storage"),
                     kStorageColumnWidth, kStorageTableWidth);
-        labelSegments();
     }
 }
 
@@ -129,6 +125,41 @@ void ROAnalysis::labelSegments() {
     for (int i = 2; i <= kSegmentRows; ++i)
         msgSurfStore->item(i, 0)->setText(number((i - 1) * length) + QStringLiteral(" - ") +
                                           number(i * length));
+}
+
+void ROAnalysis::sizeSegmentTable(int columnTwips, int tableTwips) {
+    const int frame = 2 * msgSurfStore->frameWidth();
+    const int column = Tw(columnTwips);
+    msgSurfStore->setColumnWidth(1, column);
+    msgSurfStore->setColumnWidth(2, column);
+
+    // The segment column is as wide as its longest label, but never so wide that a storage
+    // panel beside the table would reach the frames on the right: a label longer than any
+    // accepted system length gives is cut there.
+    const QFontMetrics metrics(msgSurfStore->font());
+    int longest = 0;
+    for (int row = 0; row <= kSegmentRows; ++row)
+        longest = std::max(longest, metrics.horizontalAdvance(msgSurfStore->item(row, 0)->text()));
+    const int margin =
+        msgSurfStore->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, msgSurfStore) + 1;
+    const int panel = std::max(frmSurfStore->width(), frmResidueStore->width());
+    const int room = kRightColumnX - kGap - panel - kGap - kTableX - frame - 2 * column;
+    const int segment =
+        std::min(std::max(Tw(tableTwips) - frame - 2 * column, longest + 2 * margin + 4), room);
+    msgSurfStore->setColumnWidth(0, segment);
+    msgSurfStore->resize(segment + 2 * column + frame, msgSurfStore->height());
+
+    // The area box and its label stand beside the table's foot.
+    const QRect table = msgSurfStore->geometry();
+    txtSysArea->move(table.right() + 1 + kGap, table.bottom() + 1 - txtSysArea->height());
+    lblSysArea->move(txtSysArea->geometry().right() + 1 + 6, txtSysArea->y() + 2);
+}
+
+void ROAnalysis::placeStoragePanel(QWidget* panel) {
+    // Level with the table's top, beside the table when it is shown, else beside the fields.
+    const QWidget* beside = msgSurfStore->isHidden() ? static_cast<QWidget*>(txtSurfStore)
+                                                     : static_cast<QWidget*>(msgSurfStore);
+    panel->move(beside->geometry().right() + 1 + kGap, kTableY);
 }
 
 void ROAnalysis::cboIntakeFamily_Click() {
@@ -216,7 +247,8 @@ void ROAnalysis::commitEdit(int row, int column) {
 }
 
 void ROAnalysis::txtEdit_GotFocus() {
-    frmResidueStore->move(Tw(kResiduePanelLeft), Tw(kResiduePanelTop));
+    placeStoragePanel(frmResidueStore);
+    placeStoragePanel(frmSurfStore);
     frmResidueStore->hide();
     frmSurfStore->hide();
     const bool userOption = mnuOptionsSR[rainfold::kUserVariable]->isChecked() ||
@@ -257,6 +289,7 @@ bool ROAnalysis::eventFilter(QObject* watched, QEvent* event) {
             frmWetDiam->hide(); // once hidden, it stays hidden
         } else if (watched == txtSurfStore) {
             if (in && mnuOptionsSR[rainfold::kUserConstant]->isChecked()) {
+                placeStoragePanel(frmSurfStore);
                 frmSurfStore->show();
                 frmSurfStore->raise();
             } else if (!in) {
@@ -264,7 +297,7 @@ bool ROAnalysis::eventFilter(QObject* watched, QEvent* event) {
             }
         } else if (watched == txtResidue) {
             if (in) {
-                frmResidueStore->move(Tw(kResiduePanelLeft), Tw(kResiduePanelTop));
+                placeStoragePanel(frmResidueStore);
                 if (mnuOptionsSR[rainfold::kUserConstant]->isChecked()) {
                     frmResidueStore->show();
                     frmResidueStore->raise();

@@ -70,6 +70,8 @@ bool ROAnalysis::checkDesign(const DesignRecord& design) {
 }
 
 void ROAnalysis::showResults() {
+    // What the table shows is what is computed: an edit still open goes into its cell first.
+    commitEdit(msgSurfStore->currentRow(), msgSurfStore->currentColumn());
     const DesignRecord design = this->design();
     if (!checkDesign(design))
         return;
@@ -89,8 +91,10 @@ void ROAnalysis::showResults() {
     }
 }
 
-// Runs the engine on the design as it stands and fills the page. Returns the message of a fault
-// that stopped it (what was written before the fault keeps its value), empty when all went well.
+// Runs the engine on the design as it stands and fills the page, then makes the runoff cell of
+// the entered capacity at the outer end current, so that the chart, the report and the plot all
+// name the capacity the user typed. Returns the message of a fault that stopped it (what was
+// written before the fault keeps its value), empty when all went well.
 QString ROAnalysis::Calc_Results_And_Populate() {
     const DesignRecord design = this->design();
     const CalcOutcome outcome = Calc_Results(design, *results_, [this](const std::string& message) {
@@ -106,7 +110,10 @@ QString ROAnalysis::Calc_Results_And_Populate() {
     if (!outcome.ok())
         return Q(outcome.message);
     Populate_Results(design);
-    return Q(shownPage_.fault);
+    if (!shownPage_.fault.empty())
+        return Q(shownPage_.fault);
+    resultsView_->setCurrentColumn(4); // the last row written: the outer end
+    return QString();
 }
 
 void ROAnalysis::Populate_Results(const DesignRecord& design) {
@@ -141,9 +148,7 @@ void ROAnalysis::stepSlot(int step) {
     if ((step > 0 && slot < 3) || (step < 0 && slot > 1))
         resultsView_->setSlotText(QString::number(slot + step));
     const QString fault = Calc_Results_And_Populate();
-    if (fault.isEmpty())
-        resultsView_->setCurrentColumn(4);
-    else
+    if (!fault.isEmpty())
         ui::ShowError(this, fault);
 }
 

@@ -197,7 +197,9 @@ void ResultsView::Populate_Results(const rainfold::ResultsPage& page) {
     populating_ = false;
     for (size_t k = 0; k < 3; ++k)
         txtWARP[k]->setText(QString::fromStdString(page.txtWARP[k]));
-    if (lastRow_ >= 0)
+    // A page cut short by a fault is left charting the last runoff cell written; a whole page is
+    // charted where the window puts the current cell next, so it is not drawn twice.
+    if (!page.fault.empty() && lastRow_ >= 0)
         emit chartRequested(lastRow_, lastColumn_);
     emit chartRequested(currentRow(), currentColumn());
 }
@@ -238,6 +240,14 @@ void ResultsView::txtIC_Change() {
         next = false;
     if (greenAmpt_)
         prev = next = false;
+    // A button that hides itself while it has the focus hands the focus to the other one, not
+    // to whatever field follows it.
+    QWidget* focused = window()->focusWidget();
+    if ((focused == cmdNext && !next && prev) || (focused == cmdPrev && !prev && next)) {
+        QPushButton* other = focused == cmdNext ? cmdPrev : cmdNext;
+        other->setVisible(true);
+        other->setFocus(Qt::OtherFocusReason);
+    }
     cmdPrev->setVisible(prev);
     cmdNext->setVisible(next);
 }

@@ -1,0 +1,158 @@
+#include "command_support.h"
+
+#include "checks.h"
+#include "design_file.h"
+#include "json_text.h"
+#include "results_page.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+#include <sstream>
+
+namespace rainfold::cli {
+
+namespace {
+
+std::string ErrorObject(const std::string& message) {
+    Json error;
+    error["status"] = "error";
+    error["message"] = message;
+    return JsonText(error) + "\n";
+}
+
+// Writes to standard output through stdio, whose buffer std::cout shares; false when any of it
+// was not delivered.
+bool PutStdout(const std::string& text) {
+    errno = 0;
+    const size_t written = std::fwrite(text.data(), 1, text.size(), stdout);
+    return written == text.size() && std::fflush(stdout) == 0;
+}
+
+} // namespace
+
+int CommandOutput::Fail(int code, const std::string& message, const std::string& prefix) const {
+    std::cerr << prefix << message << std::endl;
+    if (json)
+        Write(ErrorObject(message));
+    return code;
+}
+
+int CommandOutput::Usage(const std::string& message) const {
+    return Fail(kExitUsage, message, "rainfold-cli " + command_ + ": ");
+}
+
+void CommandOutput::Warn(const std::string& message) const {
+    std::cerr << "Warning: " << message << std::endl;
+}
+
+void CommandOutput::Notice(const std::string& message) const {
+    std::cerr << message << std::endl;
+}
+
+int CommandOutput::Write(const std::string& text) const {
+    if (PutStdout(text))
+        return kExitOk;
+    const int error = errno;
+    std::cerr << "rainfold-cli " << command_ << ": cannot write the output"
+              << (error ? std::string(": ") + std::strerror(error) : std::string()) << std::endl;
+    return kExitOutput;
+}
+
+void AddGreenAmptOption(CLI::App& command, bool& greenAmpt) {
+    command.add_flag("--green-ampt", greenAmpt,
+                     "use the Green-Ampt model (design files do not store the choice)");
+}
+
+void AddModelOptions(CLI::App& command, ModelOptions& options) {
+    AddGreenAmptOption(command, options.greenAmpt);
+    command
+        .add_option("--slot", options.slot,
+                    "family slot shown, 1 to 3 (default: the one the window opens on)")
+        ->check(CLI::Range(1, 3).description(""))
+        ->type_name("N");
+}
+
+void AddJsonOption(CLI::App& command, CommandOutput& output, const std::string& description) {
+    command.add_flag("--json", output.json, description);
+}
+
+void AddDesignFileArgument(CLI::App& command, std::string& file) {
+    command.add_option("FILE.rfd", file, "the design file")->required()->type_name("");
+}
+
+int LoadCheckedDesign(const CommandOutput& output, const std::string& file, bool greenAmpt,
+                      DesignRecord& design) {
+    const FileOutcome opened = OpenDesign(file, design);
+    if (!opened.ok)
+        return output.Fail(kExitFile, opened.message, "");
+    design.greenAmpt = greenAmpt; // design files do not hold the model choice
+    for (const CheckFailure& f : CheckDesign(design)) {
+        if (f.kind == CheckKind::Warning)
+            output.Warn(f.message);
+        else
+            return output.Fail(kExitCheck, f.message);
+    }
+    return kExitOk;
+}
+
+int ShownSlot(const CommandOutput& output, const ModelOptions& options, const DesignRecord& design,
+              int& slot) {
+    slot = options.slot ? options.slot : InitialSlot(design.intakeFamilyIndex);
+    // Green-Ampt results exist for one slot only and are shown whatever the slot.
+    if (!design.greenAmpt && SlotFamilyName(design.intakeFamilyIndex, slot).empty())
+        return output.Usage("family slot " + std::to_string(slot) + " is not computed under \"" +
+                            SlotFamilyName(design.intakeFamilyIndex, 2) + "\"");
+    return kExitOk;
+}
+
+int RunCommandLine(CLI::App& app, int argc, char** argv, const int& exitCode) {
+    if (argc < 2) {
+        std::cerr << app.help() << std::flush;
+        return kExitUsage;
+    }
+    // A first word that names no command gets a plainer message than the parser's.
+    if (argc > 1 && argv[1][0] != '-') {
+        bool known = false;
+        for (const CLI::App* sub : app.get_subcommands([](CLI::App*) { return true; }))
+            known = known || sub->get_name() == argv[1];
+        if (!known) {
+            std::cerr << "rainfold-cli: unknown command '" << argv[1] << "'\n"
+                      << "Run 'rainfold-cli --help' for the commands." << std::endl;
+            return kExitUsage;
+        }
+    }
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& e) {
+        if (e.get_exit_code() == 0) { // --help, --version
+            std::ostringstream text, ignored;
+            app.exit(e, text, ignored);
+            return CommandOutput("").Write(text.str());
+        }
+        const std::vector<CLI::App*> chosen = app.get_subcommands();
+        if (chosen.empty()) {
+            std::cerr << "rainfold-cli: " << e.what() << "\n"
+                      << "Run 'rainfold-cli --help' for the commands." << std::endl;
+            return kExitUsage;
+        }
+        CLI::App& command = *chosen.front();
+        CommandOutput output(command.get_name());
+        // The flag may not have been reached when the error struck: look for it on the line.
+        if (command.get_option_no_throw("--json"))
+            for (int i = 2; i < argc && std::strcmp(argv[i], "--") != 0; ++i)
+                output.json = output.json || std::strcmp(argv[i], "--json") == 0;
+        output.Usage(e.what());
+        std::cerr << "Run 'rainfold-cli " << command.get_name() << " --help' for its options."
+                  << std::endl;
+        return kExitUsage;
+    } catch (const std::exception& e) {
+        // Nothing a command does should throw this far; if it does, it fails loudly, not as 0.
+        std::cerr << "rainfold-cli: " << e.what() << std::endl;
+        return kExitFault;
+    }
+    return exitCode;
+}
+
+} // namespace rainfold::cli

@@ -1,0 +1,72 @@
+#include "json_text.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace rainfold::cli {
+
+namespace {
+
+std::string Scalar(const Json& value) {
+    return value.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+void Write(const Json& value, std::string& out) {
+    switch (value.type()) {
+    case Json::value_t::object: {
+        out += '{';
+        bool first = true;
+        for (const auto& item : value.items()) {
+            if (!first)
+                out += ',';
+            first = false;
+            out += Scalar(Json(item.key()));
+            out += ':';
+            Write(item.value(), out);
+        }
+        out += '}';
+        break;
+    }
+    case Json::value_t::array: {
+        out += '[';
+        bool first = true;
+        for (const Json& element : value) {
+            if (!first)
+                out += ',';
+            first = false;
+            Write(element, out);
+        }
+        out += ']';
+        break;
+    }
+    case Json::value_t::number_float: {
+        const double x = value.get<double>();
+        if (!std::isfinite(x)) {
+            out += "null";
+            break;
+        }
+        char buffer[32];
+        std::snprintf(buffer, sizeof buffer, "%.17g", x);
+        out += buffer;
+        break;
+    }
+    default:
+        out += Scalar(value);
+    }
+}
+
+} // namespace
+
+Json JsonNumber(const std::optional<double>& value) {
+    if (!value || !std::isfinite(*value))
+        return nullptr;
+    return *value;
+}
+
+std::string JsonText(const Json& document) {
+    std::string out;
+    Write(document, out);
+    return out;
+}
+
+} // namespace rainfold::cli
