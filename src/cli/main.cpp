@@ -18,6 +18,7 @@
 
 #include "command_support.h"
 #include "compute_command.h"
+#include "explore_command.h"
 #ifdef RAINFOLD_CLI_PRINT
 #include "print_commands.h"
 #endif
@@ -36,6 +37,7 @@ int main(int argc, char** argv) {
 
     int exitCode = kExitOk;
     AddComputeCommand(app, exitCode);
+    AddExploreCommand(app, exitCode);
 #ifdef RAINFOLD_CLI_PRINT
     AddReportCommand(app, exitCode);
     AddPlotCommand(app, exitCode);
