@@ -20,6 +20,7 @@
 #include "chart_command.h"
 #include "command_support.h"
 #include "compute_command.h"
+#include "explore_command.h"
 #ifdef RAINFOLD_CLI_PRINT
 #include "print_commands.h"
 #endif
@@ -39,6 +40,7 @@ int main(int argc, char** argv) {
     int exitCode = kExitOk;
     AddComputeCommand(app, exitCode);
     AddChartCommand(app, exitCode);
+    AddExploreCommand(app, exitCode);
 #ifdef RAINFOLD_CLI_PRINT
     AddReportCommand(app, exitCode);
     AddPlotCommand(app, exitCode);

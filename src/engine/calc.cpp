@@ -13,16 +13,6 @@ namespace rainfold {
 
 namespace {
 
-// Everything the per-position routine needs besides its indices.
-struct PositionInputs {
-    int family = 0;
-    double r = 0;  // radius of the position, m
-    double Qk = 0; // flow of the capacity case, L/s
-    double R = 0;  // wetted radius, m
-    double L = 0;  // system length, m
-    double Tk = 0; // hours per revolution of the case
-};
-
 // Onset of ponding: the first search, refined into the step that holds the crossing until the
 // rates agree. Leaves the final status, the ponding time and a and D there.
 int SearchPondStart(double H, double K, double N, double S, double P, double& tp, double& ap,
@@ -42,6 +32,22 @@ int SearchPondStart(double H, double K, double N, double S, double P, double& tp
     return status;
 }
 
+// Writes what one position found into the results record, as far as the computation got.
+void Record(const IntakePosition& found, int capacityCase, int position, int slot, Results& res) {
+    if (found.reached >= IntakePosition::kPattern) {
+        res.PeakRate.at(capacityCase, position, slot) = found.peakRate;
+        res.HalfTime.at(capacityCase, position, slot) = found.halfTime;
+    }
+    if (found.reached >= IntakePosition::kOnset) {
+        res.PondFlag.at(capacityCase, position, slot) = found.pondFlag;
+        res.PondStart.at(capacityCase, position, slot) = found.pondStart;
+    }
+    if (found.reached >= IntakePosition::kEnd)
+        res.PondEnd.at(capacityCase, position, slot) = found.pondEnd;
+    if (found.reached >= IntakePosition::kRunoff)
+        res.PctRunoff.at(capacityCase, position, slot) = found.pctRunoff;
+}
+
 void CalcPosition(int capacityCase, int position, int slot, const PositionInputs& in,
                   const DesignRecord& design, Results& res, const Notify& notify) {
     double K = kIntakeK.at(static_cast<size_t>(in.family));
@@ -53,46 +59,38 @@ void CalcPosition(int capacityCase, int position, int slot, const PositionInputs
         N = userN;
     }
 
-    // The elliptical pattern at this radius.
-    const double peakRate = Div(4584 * in.Qk * in.r, in.L * in.L * in.R);
-    const double speed = Div(2 * kPi * in.r, in.Tk);
-    const double H = Div(in.R, speed);
-    const double S = kPi / 2 * (H * H);
-    const double P = Div(peakRate, H);
-    res.PeakRate.at(capacityCase, position, slot) = peakRate;
-    res.HalfTime.at(capacityCase, position, slot) = H;
-
-    double tp = 0, ap = 0, Dp = 0;
-    const int status = SearchPondStart(H, K, N, S, P, tp, ap, Dp);
-    res.PondFlag.at(capacityCase, position, slot) = status;
-
-    double runoff = 0;
-    if (status != kNoCrossing) {
-        res.PondStart.at(capacityCase, position, slot) = tp;
-        // After ponding the soil takes water at capacity along the same power law, shifted in
-        // time so that it matches the application rate at the ponding time.
-        const double tshift = tp - Pow(Div(ap, K), Div(1, N));
-        const auto capacity = [&](double t) { return K * Pow(t - tshift, N); };
-        int endStatus = kNotStarted;
-        const double te = SearchPondEnd(tp, H, P, capacity, endStatus);
-        res.PondEnd.at(capacityCase, position, slot) = te;
-
-        const auto infiltrated = [&](double t) { return Div(K * Pow(t - tshift, N + 1), N + 1); };
-        const double applied = AppliedDepth(te, H, P, S, EndOfPass::FullEllipse) - Dp;
-        runoff = applied - (infiltrated(te) - infiltrated(tp)) -
-                 Read(res.SurfStore.at(static_cast<size_t>(position)));
-        if (runoff <= 0)
-            runoff = 0;
-    } else {
-        res.PondStart.at(capacityCase, position, slot) = 0.0;
-        res.PondEnd.at(capacityCase, position, slot) = 0.0;
+    IntakePosition found;
+    try {
+        ComputeIntakePosition(in, K, N, Read(res.SurfStore.at(static_cast<size_t>(position))),
+                              found);
+    } catch (...) {
+        Record(found, capacityCase, position, slot, res);
+        throw;
     }
-
-    const double appliedDepth = kPi / 2 * peakRate * H;
-    res.PctRunoff.at(capacityCase, position, slot) = Checked(Div(100 * runoff, appliedDepth));
+    Record(found, capacityCase, position, slot, res);
 
     if (slot == 2 && design.greenAmpt)
         GreenAmptPosition(capacityCase, position, res, notify);
+}
+
+} // namespace
+
+EngineInputs ReadEngineInputs(const DesignRecord& design) {
+    EngineInputs in;
+    in.L = Val(design.txtSYL) * 0.3048;
+    in.Q0 = (Val(design.txtGPM) - 200) * 0.06309;
+    in.d = DepthMm(Val(design.txtAPPL));
+    in.R = WettedRadius(Val(design.txtWetDiam));
+    in.F = design.intakeFamilyIndex + 1;
+    return in;
+}
+
+int SlotFamily(int F, int slot) {
+    if (F == 1)
+        return slot;
+    if (F == 7)
+        return 4 + slot;
+    return F - 2 + slot;
 }
 
 void FillSurfaceStorage(const DesignRecord& design, Results& res) {
@@ -137,27 +135,71 @@ void CheckCustomizedValues(double K, double N) {
         throw EngineFault("K must be above 0 and N above -1 for Customized Values.");
 }
 
-} // namespace
-
-EngineInputs ReadEngineInputs(const DesignRecord& design) {
-    EngineInputs in;
-    in.L = Val(design.txtSYL) * 0.3048;
-    in.Q0 = (Val(design.txtGPM) - 200) * 0.06309;
-    in.d = Val(design.txtAPPL) * 25.4;
-    double R = Val(design.txtWetDiam) / 2;
+double WettedRadius(double wettedDiameterFt) {
+    double R = wettedDiameterFt / 2;
     if (2 * R < 1.1)
         R = 0.55;
-    in.R = R * 0.3048;
-    in.F = design.intakeFamilyIndex + 1;
-    return in;
+    return R * 0.3048;
 }
 
-int SlotFamily(int F, int slot) {
-    if (F == 1)
-        return slot;
-    if (F == 7)
-        return 4 + slot;
-    return F - 2 + slot;
+double DepthMm(double depthIn) {
+    return depthIn * 25.4;
+}
+
+PositionInputs PositionOf(const EngineInputs& in, int k, int j) {
+    const double A = kPi * in.L * in.L / 10000;
+    PositionInputs pos;
+    pos.Qk = 6.309 * k + in.Q0;
+    pos.Tk = Div(2.7777 * A * in.d, pos.Qk);
+    pos.R = in.R;
+    pos.L = in.L;
+    pos.r = 0.1 * j * in.L;
+    return pos;
+}
+
+void ComputeIntakePosition(const PositionInputs& in, double K, double N, double SS,
+                           IntakePosition& out) {
+    // The elliptical pattern at this radius.
+    const double peakRate = Div(4584 * in.Qk * in.r, in.L * in.L * in.R);
+    const double speed = Div(2 * kPi * in.r, in.Tk);
+    const double H = Div(in.R, speed);
+    const double S = kPi / 2 * (H * H);
+    const double P = Div(peakRate, H);
+    out.peakRate = peakRate;
+    out.halfTime = H;
+    out.reached = IntakePosition::kPattern;
+
+    double tp = 0, ap = 0, Dp = 0;
+    const int status = SearchPondStart(H, K, N, S, P, tp, ap, Dp);
+    out.pondFlag = status;
+
+    double runoff = 0;
+    if (status != kNoCrossing) {
+        out.pondStart = tp;
+        out.reached = IntakePosition::kOnset;
+        // After ponding the soil takes water at capacity along the same power law, shifted in
+        // time so that it matches the application rate at the ponding time.
+        const double tshift = tp - Pow(Div(ap, K), Div(1, N));
+        const auto capacity = [&](double t) { return K * Pow(t - tshift, N); };
+        int endStatus = kNotStarted;
+        const double te = SearchPondEnd(tp, H, P, capacity, endStatus);
+        out.pondEnd = te;
+        out.reached = IntakePosition::kEnd;
+
+        const auto infiltrated = [&](double t) { return Div(K * Pow(t - tshift, N + 1), N + 1); };
+        const double applied = AppliedDepth(te, H, P, S, EndOfPass::FullEllipse) - Dp;
+        runoff = applied - (infiltrated(te) - infiltrated(tp)) - SS;
+        if (runoff <= 0)
+            runoff = 0;
+    } else {
+        out.pondStart = 0.0;
+        out.pondEnd = 0.0;
+        out.reached = IntakePosition::kEnd;
+    }
+
+    const double appliedDepth = kPi / 2 * peakRate * H;
+    out.pctRunoff = Checked(Div(100 * runoff, appliedDepth));
+    out.reached = IntakePosition::kRunoff;
 }
 
 CalcOutcome Calc_Results(const DesignRecord& design, Results& res, const Notify& notify) {
@@ -190,16 +232,10 @@ CalcOutcome Calc_Results(const DesignRecord& design, Results& res, const Notify&
         // "Customized Values" has no family beyond the seventh to put in the third slot.
         const int slots = customized ? 2 : 3;
         for (int k = 1; k <= 3; ++k) {
-            PositionInputs pos;
-            pos.Qk = 6.309 * k + in.Q0;
-            pos.Tk = Div(2.7777 * A * in.d, pos.Qk);
-            res.HoursPerRev[static_cast<size_t>(k)] = pos.Tk;
-            pos.R = in.R;
-            pos.L = in.L;
+            res.HoursPerRev[static_cast<size_t>(k)] = PositionOf(in, k, 1).Tk;
             for (int j = 1; j <= 10; ++j) {
                 for (int m = 1; m <= slots; ++m) {
-                    pos.Qk = 6.309 * k + in.Q0;
-                    pos.r = 0.1 * j * in.L;
+                    PositionInputs pos = PositionOf(in, k, j);
                     pos.family = SlotFamily(in.F, m);
                     CalcPosition(k, j, m, pos, design, res, notify);
                 }

@@ -44,4 +44,51 @@ EngineInputs ReadEngineInputs(const DesignRecord& design);
 // Family number used by a slot for the chosen family F (1..8).
 int SlotFamily(int F, int slot);
 
+// The wetted radius (m) of a wetted diameter in feet, never below 0.55 ft, and a depth in inches
+// in millimetres: the conversions the computation makes when it reads the design.
+double WettedRadius(double wettedDiameterFt);
+double DepthMm(double depthIn);
+
+// Where and how one position is watered: everything the per-position routine needs besides its
+// indices.
+struct PositionInputs {
+    int family = 0;
+    double r = 0;  // radius of the position, m
+    double Qk = 0; // flow of the capacity case, L/s
+    double R = 0;  // wetted radius, m
+    double L = 0;  // system length, m
+    double Tk = 0; // hours per revolution of the case
+};
+
+// Capacity case k (1..3) at position j (1..10), with the family left at 0.
+PositionInputs PositionOf(const EngineInputs& in, int k, int j);
+
+// The surface storage of the ten segments under the design's ticked option, as the computation
+// fills it (mm); nothing is written when no option is ticked.
+void FillSurfaceStorage(const DesignRecord& design, Results& results);
+
+// Refuses a design whose capacity less 100 gpm is not above 0 gpm (EngineFault).
+void CheckCaseFlows(double Q0);
+
+// Refuses typed K and N that give no usable intake curve (EngineFault).
+void CheckCustomizedValues(double K, double N);
+
+// What the intake-family computation finds at one position, stage by stage: a fault part-way
+// leaves `reached` at the last stage completed, so that what was found before it can be kept.
+struct IntakePosition {
+    enum Stage { kNone, kPattern, kOnset, kEnd, kRunoff };
+    Stage reached = kNone;
+    double peakRate = 0;  // mm/h
+    double halfTime = 0;  // h
+    int pondFlag = 0;     // final status of the onset search
+    double pondStart = 0; // h
+    double pondEnd = 0;   // h
+    double pctRunoff = 0;
+};
+
+// The elliptical pattern, the two ponding searches and the runoff of one position for a soil of
+// intake K t^N and a surface storage SS (mm). Throws EngineFault.
+void ComputeIntakePosition(const PositionInputs& in, double K, double N, double SS,
+                           IntakePosition& out);
+
 } // namespace rainfold

@@ -127,6 +127,7 @@ void InputPageTest::menusAndToolbar() {
                            "mnuOptionsSR1=Variable % Slope/Residue "
                            "mnuOptionsSR2=User Defined (Constant) "
                            "mnuOptionsSR3=User Defined (Variable) - mnuOptionsGreenAmpt=Green-Ampt",
+                           "&Tools: mnuToolsDesignExplorer=Design &Explorer...",
                            "&Help: mnuHelpContents=&Contents "
                            "mnuHelpSearchForHelpOn=&Search For Help On... - mnuHelpAbout=&About"}));
 

@@ -1,14 +1,17 @@
 // Writes a picture of the window for a design file:
 //     rainfold_screenshot DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COLUMN] [--input]
 //                         [--size WIDTH HEIGHT] [--focus CONTROL] [--edit ROW COLUMN]
-//                         [--plot PLOT.pdf]
+//                         [--plot PLOT.pdf] [--explorer]
 // By default the window opens the design, turns to "Results" (accepting any warning) and, with
 // --cell, charts that cell. --input stays on "Input Data"; --focus puts the focus into a control
 // there and --edit opens the cell editor over a segment cell, so the reference panels can be seen.
 // --size 0 0 takes the window's minimum size, --size default the size it opens with. --plot also
 // writes the printed plot that File > Plot would print, as a PDF file. --help-window contents|index
 // GUIDE [--search TEXT] takes the picture of the help window opened on the guide in GUIDE instead.
+// --explorer opens Tools > "Design Explorer..." instead and pictures that window at the size it
+// opens with, once its map is drawn.
 
+#include "DesignExplorer.h"
 #include "ROAnalysis.h"
 #include "ResultsView.h"
 #include "help/HelpWindow.h"
@@ -19,6 +22,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QEventLoop>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QTabWidget>
@@ -34,12 +38,12 @@ int main(int argc, char** argv) {
         std::fprintf(stderr,
                      "usage: %s DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COL] [--input] "
                      "[--size W H] [--focus CONTROL] [--edit ROW COL] [--plot PLOT.pdf] "
-                     "[--help-window contents|index GUIDE [--search TEXT]]\n",
+                     "[--help-window contents|index GUIDE [--search TEXT]] [--explorer]\n",
                      argv[0]);
         return 64;
     }
     QApplication app(argc, argv);
-    bool green = false, input = false, ownSize = false;
+    bool green = false, input = false, ownSize = false, explorer = false;
     int row = -1, column = -1, editRow = -1, editColumn = -1;
     QSize size(1250, 760);
     QString focus, plot, helpEntry, search;
@@ -47,6 +51,8 @@ int main(int argc, char** argv) {
         const std::string a = argv[i];
         if (a == "--green-ampt") {
             green = true;
+        } else if (a == "--explorer") {
+            explorer = true;
         } else if (a == "--input") {
             input = true;
         } else if (a == "--cell" && i + 2 < argc) {
@@ -96,6 +102,18 @@ int main(int argc, char** argv) {
             box->accept();
     });
     answer.start(20);
+    if (explorer) {
+        window.findChild<QAction*>(QStringLiteral("mnuToolsDesignExplorer"))->trigger();
+        auto* tool = window.findChild<DesignExplorer*>();
+        if (!tool)
+            return 1;
+        QEventLoop wait;
+        QObject::connect(tool, &DesignExplorer::mapFinished, &wait, &QEventLoop::quit);
+        if (tool->computing())
+            wait.exec();
+        app.processEvents();
+        return tool->grab().save(QString::fromLocal8Bit(argv[2])) ? 0 : 1;
+    }
     if (input) {
         if (!focus.isEmpty())
             if (auto* control = window.findChild<QWidget*>(focus))

@@ -145,6 +145,13 @@ void ROAnalysis::buildMenus() {
     mnuOptionsGreenAmpt = addAction(options, "mnuOptionsGreenAmpt", QStringLiteral("Green-Ampt"));
     mnuOptionsGreenAmpt->setCheckable(true);
 
+    QMenu* tools = menuBar()->addMenu(QStringLiteral("&Tools"));
+    tools->setObjectName(QStringLiteral("mnuTools"));
+    mnuToolsDesignExplorer =
+        addAction(tools, "mnuToolsDesignExplorer", QStringLiteral("Design &Explorer..."));
+    connect(mnuToolsDesignExplorer, &QAction::triggered, this,
+            &ROAnalysis::mnuToolsDesignExplorer_Click);
+
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
     help->setObjectName(QStringLiteral("mnuHelp"));
     mnuHelpContents = addAction(help, "mnuHelpContents", QStringLiteral("&Contents"));

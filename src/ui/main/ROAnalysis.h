@@ -9,6 +9,7 @@
 #include "results_page.h"
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QString>
 
 #include <array>
@@ -27,6 +28,7 @@ class QTableWidget;
 class QToolBar;
 class QWidget;
 class ResultsView;
+class DesignExplorer;
 
 // What the window asks of a file dialog. The open and save commands share one dialog state, so
 // the name shown at first is the one the last dialog ended with (a folder the very first time).
@@ -114,6 +116,7 @@ private slots:
     void mnuViewStatusBar_Click();
     void mnuOptionsSR_Click(int option);
     void mnuOptionsGreenAmpt_Click();
+    void mnuToolsDesignExplorer_Click();
     void mnuHelpContents_Click();
     void mnuHelpSearchForHelpOn_Click();
     void mnuHelpAbout_Click();
@@ -221,6 +224,7 @@ private:
     QAction* mnuViewStatusBar = nullptr;
     std::array<QAction*, 4> mnuOptionsSR{};
     QAction* mnuOptionsGreenAmpt = nullptr;
+    QAction* mnuToolsDesignExplorer = nullptr;
     QAction* mnuHelpContents = nullptr;
     QAction* mnuHelpSearchForHelpOn = nullptr;
     QAction* mnuHelpAbout = nullptr;
@@ -244,4 +248,8 @@ private:
     rainfold::ChartData shownChart_;
     int chartRow_ = -1;
     int chartColumn_ = -1;
+
+    // Tools > "Design Explorer..." (ROAnalysisExplorer.cpp)
+    QPointer<DesignExplorer> explorer_;
+    void useExplorerValue(const QString& field, const QString& text);
 };

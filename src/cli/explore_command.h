@@ -1,0 +1,33 @@
+#pragma once
+
+#include "command_support.h"
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+
+namespace rainfold::cli {
+
+// What `rainfold-cli explore` is asked for.
+struct ExploreOptions {
+    std::string file;
+    bool greenAmpt = false;
+    double target = 0;       // runoff target, percent
+    std::string y = "depth"; // "depth" or "storage"
+    int columns = 60;
+    int rows = 40;
+    std::string png; // picture of the map, when named
+    std::string pdf;
+    bool csv = false; // the grid as CSV on standard output
+    // output.json: the map and the answers as one JSON object on standard output
+};
+
+// Checks the design as the window does, computes the map and the answers and writes the one
+// output asked for; returns the exit code.
+int RunExplore(const ExploreOptions& options, const CommandOutput& output);
+
+// rainfold-cli explore FILE.rfd [--green-ampt] [--target T] [--y depth|storage] [--columns N]
+//     [--rows M] (--json | --csv | --png OUT | --pdf OUT)
+void AddExploreCommand(CLI::App& app, int& exitCode);
+
+} // namespace rainfold::cli

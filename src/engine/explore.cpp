@@ -1,0 +1,410 @@
+#include "explore.h"
+
+#include "fault.h"
+#include "green_ampt.h"
+#include "intake.h"
+#include "results_page.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <limits>
+#include <mutex>
+#include <stdexcept>
+#include <thread>
+
+namespace rainfold {
+
+namespace {
+
+constexpr int kCapacityAsEntered = 2;
+constexpr int kAveragedPositions[] = {1, 3, 5, 7, 9};
+constexpr double kMmPerInch = 25.4;
+
+// Runs f, turning the faults the computation can raise into a message.
+template <class F> bool Guard(F&& f, std::string& message) {
+    try {
+        f();
+        return true;
+    } catch (const EngineFault& e) {
+        message = e.what();
+    } catch (const std::out_of_range&) {
+        message = "Subscript out of range.";
+    }
+    return false;
+}
+
+// True when the point's runoff is at most the target; a point whose computation faults does not
+// meet it.
+template <class Runoff> bool Meets(const Runoff& runoff, double targetPct) {
+    try {
+        return runoff() <= targetPct;
+    } catch (const EngineFault&) {
+        return false;
+    } catch (const std::out_of_range&) {
+        return false;
+    }
+}
+
+} // namespace
+
+std::optional<RunoffProbe> RunoffProbe::Make(const DesignRecord& design, std::string& message) {
+    RunoffProbe probe;
+    const bool made = Guard(
+        [&] {
+            probe.base_ = ReadEngineInputs(design);
+            for (double x : {probe.base_.L, probe.base_.Q0, probe.base_.d, probe.base_.R})
+                Checked(x);
+            probe.designDiameter_ = Val(design.txtWetDiam);
+            probe.designDepth_ = Val(design.txtAPPL);
+            Results read;
+            read.GAKs = Val(design.txtKS);
+            read.GAHw = Val(design.txtHW);
+            read.GADeltaTheta = Val(design.txtThetaS) - Val(design.txtThetaI);
+            read.GAOmega = Val(design.txtOmega);
+            FillSurfaceStorage(design, read);
+            for (size_t i = 1; i <= 10; ++i)
+                probe.storage_[i] = Read(read.SurfStore[i]);
+
+            if (design.intakeFamilyIndex == -1)
+                throw EngineFault(kSelectFamilyMessage);
+            if (design.intakeFamilyIndex < -1 || design.intakeFamilyIndex > kCustomizedValuesIndex)
+                throw std::out_of_range("Subscript out of range.");
+            const bool customized = design.intakeFamilyIndex == kCustomizedValuesIndex;
+            const double userK = customized ? Val(design.txtUk) : 0.0;
+            const double userN = customized ? Val(design.txtUN) : 0.0;
+            if (customized)
+                CheckCustomizedValues(userK, userN);
+            CheckCaseFlows(probe.base_.Q0);
+
+            // The Green-Ampt average is built on the middle slot's pattern.
+            probe.green_ = design.greenAmpt;
+            probe.slot_ = probe.green_ ? 2 : InitialSlot(design.intakeFamilyIndex);
+            const int family = SlotFamily(probe.base_.F, probe.slot_);
+            probe.K_ = kIntakeK.at(static_cast<size_t>(family));
+            probe.N_ = kIntakeN.at(static_cast<size_t>(family));
+            if (probe.slot_ == 2 && userK != 0 && userN != 0) {
+                probe.K_ = userK;
+                probe.N_ = userN;
+            }
+            if (probe.green_)
+                probe.soil_ = GreenAmptSoilOf(read);
+        },
+        message);
+    if (!made)
+        return std::nullopt;
+    return probe;
+}
+
+double RunoffProbe::WeightedAverage(double diameterFt, double depthIn,
+                                    std::optional<double> storageIn, const Notify& notify) const {
+    EngineInputs in = base_;
+    in.R = Checked(WettedRadius(diameterFt));
+    in.d = Checked(DepthMm(depthIn));
+    const double uniform = storageIn ? DepthMm(*storageIn) : 0.0;
+
+    // Only the five middle positions enter the average; the arrays keep the page's arithmetic.
+    SlotArray intake;
+    GreenArray green;
+    for (int p : kAveragedPositions) {
+        PositionInputs pos = PositionOf(in, kCapacityAsEntered, p);
+        const double SS = storageIn ? uniform : storage_[static_cast<size_t>(p)];
+        IntakePosition found;
+        ComputeIntakePosition(pos, K_, N_, SS, found);
+        if (green_)
+            green.at(kCapacityAsEntered, p, 1) =
+                GreenAmpt(GreenAmptModel::Constant, soil_, found.peakRate, found.halfTime, SS,
+                          notify)
+                    .pctRunoff;
+        else
+            intake.at(kCapacityAsEntered, p, slot_) = found.pctRunoff;
+    }
+    const std::optional<double> average =
+        green_ ? rainfold::WeightedAverage(green, in.L, kCapacityAsEntered)
+               : rainfold::WeightedAverage(intake, in.L, kCapacityAsEntered, slot_);
+    return average.value_or(0.0); // every averaged position is written above
+}
+
+std::optional<double> RunoffProbe::uniformStorage() const {
+    for (size_t i = 2; i <= 10; ++i)
+        if (storage_[i] != storage_[1])
+            return std::nullopt;
+    return storage_[1] / kMmPerInch;
+}
+
+ExploreValue FastWeightedAverage(const DesignRecord& design, const Notify& notify) {
+    ExploreValue out;
+    const std::optional<RunoffProbe> probe = RunoffProbe::Make(design, out.message);
+    if (!probe)
+        return out;
+    out.ok = Guard(
+        [&] {
+            out.value = probe->WeightedAverage(probe->designDiameter(), probe->designDepth(),
+                                               std::nullopt, notify);
+        },
+        out.message);
+    return out;
+}
+
+std::vector<double> ExploreXValues(int columns) {
+    std::vector<double> x(static_cast<size_t>(std::max(columns, 2)));
+    const double span = std::log(kExploreMaxDiameter / kExploreMinDiameter);
+    for (size_t i = 0; i < x.size(); ++i)
+        x[i] = kExploreMinDiameter *
+               std::exp(span * static_cast<double>(i) / static_cast<double>(x.size() - 1));
+    x.front() = kExploreMinDiameter;
+    x.back() = kExploreMaxDiameter;
+    return x;
+}
+
+std::vector<double> ExploreYValues(ExploreAxis axis, int rows) {
+    const double lo = axis == ExploreAxis::Depth ? kExploreMinDepth : kExploreMinStorage;
+    const double hi = axis == ExploreAxis::Depth ? kExploreMaxDepth : kExploreMaxStorage;
+    std::vector<double> y(static_cast<size_t>(std::max(rows, 2)));
+    for (size_t j = 0; j < y.size(); ++j)
+        y[j] = lo + (hi - lo) * static_cast<double>(j) / static_cast<double>(y.size() - 1);
+    y.back() = hi;
+    return y;
+}
+
+ExploreMap ComputeExploreMap(const RunoffProbe& probe, ExploreAxis axis, int columns, int rows,
+                             ExploreProgress* progress, int threads) {
+    ExploreMap map;
+    map.axis = axis;
+    map.xValues = ExploreXValues(columns);
+    map.yValues = ExploreYValues(axis, rows);
+    const int nx = static_cast<int>(map.xValues.size());
+    const int ny = static_cast<int>(map.yValues.size());
+    map.runoff.assign(static_cast<size_t>(ny),
+                      std::vector<double>(static_cast<size_t>(nx), std::nan("")));
+
+    std::atomic<int> next{0};
+    std::atomic<int> notices{0};
+    std::mutex faultMutex;
+    const Notify notify = [&notices](const std::string&) { ++notices; };
+    const auto work = [&] {
+        for (;;) {
+            if (progress && progress->cancel.load(std::memory_order_relaxed))
+                return;
+            const int k = next++;
+            if (k >= nx * ny)
+                return;
+            const size_t row = static_cast<size_t>(k / nx), column = static_cast<size_t>(k % nx);
+            const double x = map.xValues[column], y = map.yValues[row];
+            std::string fault;
+            const bool ok = Guard(
+                [&] {
+                    map.runoff[row][column] =
+                        axis == ExploreAxis::Depth
+                            ? probe.WeightedAverage(x, y, std::nullopt, notify)
+                            : probe.WeightedAverage(x, probe.designDepth(), y, notify);
+                },
+                fault);
+            if (!ok) {
+                const std::lock_guard<std::mutex> lock(faultMutex);
+                if (map.faults++ == 0)
+                    map.firstFault = fault;
+            }
+            if (progress)
+                ++progress->done;
+        }
+    };
+
+    int count = threads > 0 ? threads : static_cast<int>(std::thread::hardware_concurrency());
+    count = std::clamp(count, 1, nx * ny);
+    std::vector<std::thread> pool;
+    for (int t = 1; t < count; ++t)
+        pool.emplace_back(work);
+    work();
+    for (std::thread& t : pool)
+        t.join();
+    map.notices = notices;
+    map.cancelled = progress && progress->cancel;
+    return map;
+}
+
+std::optional<double> SmallestWettedDiameter(const RunoffProbe& probe, double depthIn,
+                                             double targetPct) {
+    // Steps of 0.1 ft as tenths, so that every diameter tried is the one its text reads as.
+    const auto meets = [&](int tenths) {
+        return Meets([&] { return probe.WeightedAverage(tenths / 10.0, depthIn); }, targetPct);
+    };
+    int fails = static_cast<int>(kExploreMinDiameter * 10),
+        passes = static_cast<int>(kExploreMaxDiameter * 10);
+    if (!meets(passes))
+        return std::nullopt;
+    if (meets(fails))
+        return fails / 10.0;
+    // A larger wetted diameter spreads the same depth over a longer, gentler pass.
+    while (passes - fails > 1) {
+        const int mid = fails + (passes - fails) / 2;
+        (meets(mid) ? passes : fails) = mid;
+    }
+    return passes / 10.0;
+}
+
+std::optional<double> LargestDepth(const RunoffProbe& probe, double diameterFt, double targetPct) {
+    const auto meets = [&](int hundredths) {
+        return Meets([&] { return probe.WeightedAverage(diameterFt, hundredths / 100.0); },
+                     targetPct);
+    };
+    int passes = static_cast<int>(kExploreMinDepth * 100),
+        fails = static_cast<int>(kExploreMaxDepth * 100);
+    if (!meets(passes))
+        return std::nullopt;
+    if (meets(fails))
+        return fails / 100.0;
+    // More depth at the same peak rate means a longer pass over soil that takes in less and less.
+    while (fails - passes > 1) {
+        const int mid = passes + (fails - passes) / 2;
+        (meets(mid) ? passes : fails) = mid;
+    }
+    return passes / 100.0;
+}
+
+const std::array<SprinklerPackage, 9> kSprinklerPackages = {{
+    {"Ultra Low Pressure (LEPA Bubble Mode)", "LEPA bubble", 1, 2},
+    {"Ultra Low Pressure (LEPA Spray Mode)", "LEPA spray", 12, 18},
+    {"Low Pressure Spray (180 Degrees)", "Spray 180\xC2\xB0", 16, 20},
+    {"Low Pressure Spray on Drop Tube", "Spray, drops", 20, 30},
+    {"Low Pressure Spray on Pipeline", "Spray, pipeline", 30, 40},
+    {"Low Pressure w/Rotators", "Rotators", 50, 60},
+    {"Low Pressure Impact", "LP impact", 60, 70},
+    {"Medium Pressure Impact", "MP impact", 70, 90},
+    {"High Pressure Impact (Variable Spacing)", "HP impact", 80, 110},
+}};
+
+std::string PackageClass(double diameterFt) {
+    std::string within;
+    const SprinklerPackage* below = nullptr;
+    const SprinklerPackage* above = nullptr;
+    for (const SprinklerPackage& p : kSprinklerPackages) {
+        if (diameterFt >= p.low && diameterFt <= p.high)
+            within += (within.empty() ? "" : " or ") + std::string(p.name);
+        if (p.high < diameterFt && (!below || p.high > below->high))
+            below = &p;
+        if (p.low > diameterFt && (!above || p.low < above->low))
+            above = &p;
+    }
+    if (!within.empty())
+        return within;
+    if (below && above)
+        return std::string("between ") + below->name + " and " + above->name;
+    if (below)
+        return std::string("larger than ") + below->name;
+    return above ? std::string("smaller than ") + above->name : std::string();
+}
+
+std::string ExactText(double x) {
+    char buf[64];
+    for (int decimals = 0; decimals <= 20; ++decimals) {
+        std::snprintf(buf, sizeof buf, "%.*f", decimals, x);
+        if (std::strtod(buf, nullptr) == x)
+            return buf;
+    }
+    std::snprintf(buf, sizeof buf, "%.17g", x);
+    return buf;
+}
+
+DesignRecord DesignAt(const DesignRecord& design, ExploreAxis axis, double diameterFt, double y) {
+    DesignRecord point = design;
+    point.txtWetDiam = ExactText(diameterFt);
+    if (axis == ExploreAxis::Depth) {
+        point.txtAPPL = ExactText(y);
+    } else {
+        point.surfaceOption = kUserConstant;
+        point.txtSurfStore = ExactText(y);
+        point.txtResidue = "0";
+    }
+    return point;
+}
+
+PivotProfile ComputePivotProfile(const DesignRecord& design, const Notify& notify) {
+    PivotProfile out;
+    Results results;
+    const CalcOutcome outcome = Calc_Results(design, results, notify);
+    if (!outcome.ok()) {
+        out.message = outcome.message;
+        return out;
+    }
+    const EngineInputs in = ReadEngineInputs(design);
+    const int slot = InitialSlot(design.intakeFamilyIndex);
+    for (int c = 1; c <= 3; ++c) {
+        const size_t ci = static_cast<size_t>(c - 1);
+        out.flowGpm[ci] = (in.Q0 + c * 6.309) / 0.06309;
+        for (int i = 1; i <= 10; ++i) {
+            const Cell value = design.greenAmpt ? results.GAVarPctRunoff.get(c, i, 1)
+                                                : results.PctRunoff.get(c, i, slot);
+            out.runoff[ci][static_cast<size_t>(i - 1)] = Read(value);
+        }
+    }
+    for (int i = 1; i <= 10; ++i)
+        out.distanceFt[static_cast<size_t>(i - 1)] = i * 0.1 * in.L / 0.3048;
+    out.ok = true;
+    return out;
+}
+
+std::vector<ContourSegment> Contour(const ExploreMap& map, double level) {
+    std::vector<ContourSegment> out;
+    const size_t nx = map.xValues.size(), ny = map.yValues.size();
+    for (size_t r = 0; r + 1 < ny; ++r) {
+        for (size_t c = 0; c + 1 < nx; ++c) {
+            // Corners counter-clockwise from (c, r); the edge k runs from corner k to k + 1.
+            const double cx[] = {0, 1, 1, 0}, ry[] = {0, 0, 1, 1};
+            double v[4];
+            bool above[4], skip = false;
+            for (int k = 0; k < 4; ++k) {
+                v[k] = map.runoff[r + static_cast<size_t>(ry[k])][c + static_cast<size_t>(cx[k])];
+                skip = skip || std::isnan(v[k]);
+                above[k] = v[k] > level;
+            }
+            if (skip)
+                continue;
+            double px[4], py[4];
+            int crossings[4], n = 0;
+            for (int k = 0; k < 4; ++k) {
+                const int e = (k + 1) % 4;
+                if (above[k] == above[e])
+                    continue;
+                const double t =
+                    level == 0 ? 0.5 : std::clamp((level - v[k]) / (v[e] - v[k]), 0.0, 1.0);
+                px[k] = static_cast<double>(c) + cx[k] + t * (cx[e] - cx[k]);
+                py[k] = static_cast<double>(r) + ry[k] + t * (ry[e] - ry[k]);
+                crossings[n++] = k;
+            }
+            const auto add = [&](int a, int b) { out.push_back({px[a], py[a], px[b], py[b]}); };
+            if (n == 2) {
+                add(crossings[0], crossings[1]);
+            } else if (n == 4) {
+                // A saddle: the centre decides which pair of opposite corners is joined.
+                const bool centre = (v[0] + v[1] + v[2] + v[3]) / 4 > level;
+                if (centre == above[0]) {
+                    add(0, 1); // cuts off corner 1
+                    add(2, 3); // cuts off corner 3
+                } else {
+                    add(3, 0); // cuts off corner 0
+                    add(1, 2); // cuts off corner 2
+                }
+            }
+        }
+    }
+    return out;
+}
+
+std::string ExploreMapCsv(const ExploreMap& map) {
+    std::string out = map.axis == ExploreAxis::Depth ? "Depth per pass (in)" : "Storage (in)";
+    out += " \\ Wetted diameter (ft)";
+    for (double x : map.xValues)
+        out += "," + ExactText(x);
+    out += "\r\n";
+    for (size_t row = 0; row < map.yValues.size(); ++row) {
+        out += ExactText(map.yValues[row]);
+        for (double v : map.runoff[row])
+            out += "," + (std::isfinite(v) ? ExactText(v) : std::string());
+        out += "\r\n";
+    }
+    return out;
+}
+
+} // namespace rainfold

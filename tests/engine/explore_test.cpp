@@ -1,0 +1,343 @@
+// The explorer's numbers against the full computation: its weighted average is the results page's
+// to the last bit, its map is made of those numbers, and its answers are the ones a scan of every
+// step finds.
+
+#include "calc.h"
+#include "checks.h"
+#include "design_file.h"
+#include "explore.h"
+#include "results_page.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace rainfold {
+namespace {
+
+std::string Text(double x) {
+    char buf[32];
+    std::snprintf(buf, sizeof buf, "%.6g", x);
+    return buf;
+}
+
+// The middle weighted average of the results page after a full computation; empty on a fault.
+std::optional<double> PageAverage(const DesignRecord& d) {
+    Results r;
+    if (!Calc_Results(d, r).ok())
+        return std::nullopt;
+    const ResultsPage page = BuildResultsPage(d, r, InitialSlot(d.intakeFamilyIndex));
+    return page.fault.empty() ? page.WeightedRunoff[2] : std::nullopt;
+}
+
+bool SameBits(double a, double b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+DesignRecord RandomDesign(std::mt19937& rng, bool greenAmpt) {
+    auto u = [&rng](double lo, double hi) { return std::uniform_real_distribution<>(lo, hi)(rng); };
+    DesignRecord d;
+    d.txtSYL = Text(u(150, 3200));
+    d.txtGPM = Text(u(110, 3200));
+    d.txtAPPL = Text(u(0.25, 3.2));
+    d.txtWetDiam = Text(u(1, 160));
+    d.intakeFamilyIndex = std::uniform_int_distribution<>(0, 7)(rng);
+    d.txtUk = Text(u(1, 120));
+    d.txtUN = Text(u(-0.9, -0.05));
+    d.surfaceOption = std::uniform_int_distribution<>(0, 3)(rng);
+    const bool storage = d.surfaceOption >= kUserConstant;
+    d.txtSurfStore = Text(storage ? u(0, 0.6) : u(0.1, 40));
+    d.txtResidue = Text(storage ? u(0, 0.4) : u(0, 100));
+    for (SegmentRow& row : d.segments)
+        row = storage ? SegmentRow{Text(u(0, 0.6)), Text(u(0, 0.5))}
+                      : SegmentRow{Text(u(0, 10)), Text(u(0, 100))};
+    d.greenAmpt = greenAmpt;
+    const double thetaS = u(0.3, 0.5);
+    d.txtKS = Text(u(0.5, 60));
+    d.txtHW = Text(u(20, 300));
+    d.txtThetaS = Text(thetaS);
+    d.txtThetaI = Text(u(0.02, thetaS - 0.02));
+    d.txtOmega = Text(u(-0.0005, 0.002));
+    return d;
+}
+
+bool PassesChecks(const DesignRecord& d) {
+    for (const CheckFailure& f : CheckDesign(d))
+        if (f.kind == CheckKind::Error)
+            return false;
+    return true;
+}
+
+// Every design the page computes, and two points of its map on each axis, give the page's own
+// number bit for bit, under both models.
+TEST(Explore, FastAverageIsThePageAverage) {
+    struct Run {
+        bool greenAmpt;
+        int designs;
+        int minimumCompared;
+    };
+    for (const Run run : {Run{false, 1000, 400}, Run{true, 100, 40}}) {
+        std::mt19937 rng(run.greenAmpt ? 77 : 2024);
+        int compared = 0, withRunoff = 0;
+        for (int n = 0; n < run.designs; ++n) {
+            const DesignRecord d = RandomDesign(rng, run.greenAmpt);
+            if (!PassesChecks(d))
+                continue;
+            std::string why;
+            const std::optional<RunoffProbe> probe = RunoffProbe::Make(d, why);
+            ASSERT_TRUE(probe) << why;
+            std::uniform_real_distribution<> logD(0, std::log(150.0)), depth(0.25, 3), store(0, 1);
+            for (int point = 0; point < 3; ++point) {
+                DesignRecord at = d;
+                double fast = 0;
+                if (point == 0) {
+                    const ExploreValue v = FastWeightedAverage(d);
+                    fast = v.value;
+                    if (!v.ok) {
+                        ASSERT_FALSE(PageAverage(d)) << "design " << n << ": " << v.message;
+                        continue;
+                    }
+                } else {
+                    const double D = std::round(std::exp(logD(rng)) * 10) / 10;
+                    const ExploreAxis axis = point == 1 ? ExploreAxis::Depth : ExploreAxis::Storage;
+                    const double y = std::round((point == 1 ? depth(rng) : store(rng)) * 100) / 100;
+                    at = DesignAt(d, axis, D, y);
+                    try {
+                        fast = axis == ExploreAxis::Depth
+                                   ? probe->WeightedAverage(D, y)
+                                   : probe->WeightedAverage(D, probe->designDepth(), y);
+                    } catch (const std::exception&) {
+                        ASSERT_FALSE(PageAverage(at));
+                        continue;
+                    }
+                }
+                const std::optional<double> page = PageAverage(at);
+                if (!page)
+                    continue; // a fault at a position the average does not read
+                ASSERT_TRUE(SameBits(fast, *page))
+                    << "design " << n << " point " << point << ": " << fast << " against " << *page;
+                ++compared;
+                withRunoff += *page > 0;
+            }
+        }
+        EXPECT_GT(compared, run.minimumCompared);
+        EXPECT_GT(withRunoff, compared / 4);
+    }
+}
+
+TEST(Explore, ExamplesUnderBothModels) {
+    for (const char* name :
+         {"spray-1300ft-800gpm.rfd", "lepa-1320ft-900gpm.rfd", "customized-variable-storage.rfd"})
+        for (bool greenAmpt : {false, true}) {
+            DesignRecord d;
+            ASSERT_TRUE(OpenDesign(std::string(RAINFOLD_EXAMPLES_DIR) + "/" + name, d).ok);
+            d.greenAmpt = greenAmpt;
+            if (IsBlank(d.txtKS)) // a design file made for the intake families
+                d.txtKS = "10", d.txtHW = "110";
+            const ExploreValue fast = FastWeightedAverage(d);
+            const std::optional<double> page = PageAverage(d);
+            ASSERT_TRUE(fast.ok && page) << name << ": " << fast.message;
+            EXPECT_TRUE(SameBits(fast.value, *page)) << name << " " << greenAmpt;
+        }
+}
+
+// Where the computation stops before any position, the probe stops with its message.
+TEST(Explore, ProbeRefusesWhatTheComputationRefuses) {
+    DesignRecord base;
+    base.txtSYL = "1300";
+    base.txtGPM = "800";
+    base.txtAPPL = "1";
+    base.txtWetDiam = "40";
+    base.intakeFamilyIndex = 2;
+    base.txtKS = "10";
+    base.txtHW = "110";
+    base.txtThetaS = "0.45";
+    base.txtThetaI = "0.25";
+    base.txtOmega = "0.0002";
+    struct Case {
+        void (*edit)(DesignRecord&);
+        const char* message;
+    };
+    const Case cases[] = {
+        {[](DesignRecord& d) { d.intakeFamilyIndex = -1; }, "Please select an Intake Family"},
+        {[](DesignRecord& d) {
+             d.intakeFamilyIndex = kCustomizedValuesIndex;
+             d.txtUN = "0";
+         },
+         "K and N must not be 0 for Customized Values."},
+        {[](DesignRecord& d) { d.txtGPM = "90"; },
+         "The system capacity less 100 gpm must be above 0 gpm."},
+        {[](DesignRecord& d) {
+             d.greenAmpt = true;
+             d.txtKS = "0";
+         },
+         "Invalid saturated hydraulic conductivity."},
+    };
+    for (const Case& c : cases) {
+        DesignRecord d = base;
+        c.edit(d);
+        Results r;
+        EXPECT_EQ(Calc_Results(d, r).message, c.message);
+        std::string message;
+        EXPECT_FALSE(RunoffProbe::Make(d, message));
+        EXPECT_EQ(message, c.message);
+    }
+}
+
+DesignRecord Example(const char* name, bool greenAmpt) {
+    DesignRecord d;
+    OpenDesign(std::string(RAINFOLD_EXAMPLES_DIR) + "/" + name, d);
+    d.greenAmpt = greenAmpt;
+    return d;
+}
+
+// Each answer against a scan of every step of its range.
+TEST(Explore, AnswersAreTheScansAnswers) {
+    struct Case {
+        const char* file;
+        bool greenAmpt;
+        double target;
+    };
+    const Case cases[] = {
+        {"spray-1300ft-800gpm.rfd", false, 0.0}, {"spray-1300ft-800gpm.rfd", false, 2.5},
+        {"lepa-1320ft-900gpm.rfd", false, 10.0}, {"customized-variable-storage.rfd", false, 1},
+        {"spray-1300ft-800gpm.rfd", true, 5.0},
+    };
+    for (const Case& c : cases) {
+        const DesignRecord d = Example(c.file, c.greenAmpt);
+        std::string why;
+        const std::optional<RunoffProbe> probe = RunoffProbe::Make(d, why);
+        ASSERT_TRUE(probe) << why;
+        std::optional<double> smallest, largest;
+        for (int tenths = 10; tenths <= 1500 && !smallest; ++tenths)
+            if (probe->WeightedAverage(tenths / 10.0, probe->designDepth()) <= c.target)
+                smallest = tenths / 10.0;
+        for (int hundredths = 300; hundredths >= 25 && !largest; --hundredths)
+            if (probe->WeightedAverage(probe->designDiameter(), hundredths / 100.0) <= c.target)
+                largest = hundredths / 100.0;
+        EXPECT_EQ(SmallestWettedDiameter(*probe, probe->designDepth(), c.target), smallest)
+            << c.file << " " << c.target;
+        EXPECT_EQ(LargestDepth(*probe, probe->designDiameter(), c.target), largest)
+            << c.file << " " << c.target;
+    }
+}
+
+// A soil that runs off at every point: nothing in range meets a target of 0.
+TEST(Explore, NothingMeetsTheTarget) {
+    DesignRecord d = Example("spray-1300ft-800gpm.rfd", false);
+    d.intakeFamilyIndex = kCustomizedValuesIndex; // a soil taking in about 0.5 mm/h
+    d.txtUk = "0.5";
+    d.txtUN = "-0.1";
+    d.surfaceOption = kUserConstant; // and no storage
+    d.txtSurfStore = "0";
+    d.txtResidue = "0";
+    std::string why;
+    const std::optional<RunoffProbe> probe = RunoffProbe::Make(d, why);
+    ASSERT_TRUE(probe);
+    ASSERT_GT(probe->WeightedAverage(150, 0.25), 0);
+    EXPECT_FALSE(SmallestWettedDiameter(*probe, 1, 0));
+    EXPECT_FALSE(LargestDepth(*probe, 40, 0));
+}
+
+// The map is the probe's numbers at its grid, and its CSV holds them with a header row.
+TEST(Explore, MapAndCsv) {
+    const DesignRecord d = Example("spray-1300ft-800gpm.rfd", false);
+    std::string why;
+    const std::optional<RunoffProbe> probe = RunoffProbe::Make(d, why);
+    ASSERT_TRUE(probe);
+    for (ExploreAxis axis : {ExploreAxis::Depth, ExploreAxis::Storage}) {
+        const ExploreMap map = ComputeExploreMap(*probe, axis, 5, 3, nullptr, 2);
+        // Evenly spaced on a logarithmic scale, from 1 to 150 ft exactly.
+        ASSERT_EQ(map.xValues.size(), 5u);
+        EXPECT_EQ(map.xValues.front(), 1);
+        EXPECT_EQ(map.xValues.back(), 150);
+        for (size_t i = 1; i < 5; ++i)
+            EXPECT_NEAR(map.xValues[i] / map.xValues[i - 1], std::pow(150, 0.25), 1e-12);
+        const double top = axis == ExploreAxis::Depth ? 3 : 1;
+        const double bottom = axis == ExploreAxis::Depth ? 0.25 : 0;
+        ASSERT_EQ(map.yValues, (std::vector<double>{bottom, (bottom + top) / 2, top}));
+        std::istringstream csv(ExploreMapCsv(map));
+        std::string line;
+        std::getline(csv, line);
+        EXPECT_EQ(line.substr(0, line.find(',')),
+                  axis == ExploreAxis::Depth ? "Depth per pass (in) \\ Wetted diameter (ft)"
+                                             : "Storage (in) \\ Wetted diameter (ft)");
+        for (size_t row = 0; row < 3; ++row) {
+            ASSERT_TRUE(std::getline(csv, line));
+            std::istringstream fields(line);
+            std::string field;
+            std::getline(fields, field, ',');
+            EXPECT_EQ(std::stod(field), map.yValues[row]);
+            for (size_t column = 0; column < 5; ++column) {
+                ASSERT_TRUE(std::getline(fields, field, ','));
+                const DesignRecord at = DesignAt(d, axis, map.xValues[column], map.yValues[row]);
+                EXPECT_EQ(std::stod(field), map.runoff[row][column]);
+                EXPECT_TRUE(SameBits(map.runoff[row][column], *PageAverage(at)));
+            }
+            EXPECT_FALSE(std::getline(fields, field, ','));
+        }
+        EXPECT_FALSE(std::getline(csv, line));
+    }
+    ExploreProgress cancelled;
+    cancelled.cancel = true;
+    const ExploreMap stopped = ComputeExploreMap(*probe, ExploreAxis::Depth, 5, 3, &cancelled);
+    EXPECT_TRUE(stopped.cancelled);
+    EXPECT_EQ(cancelled.done, 0);
+}
+
+// Contour pieces of one square, worked by hand: corners (0,0) and (0,1) without runoff, (1,0) and
+// (1,1) with 2 %; a saddle decided by its centre; a faulted corner leaves the square out.
+TEST(Explore, ContourOfOneSquare) {
+    const double nan = std::nan("");
+    struct Case {
+        std::vector<std::vector<double>> runoff; // [row][column]
+        double level;
+        std::vector<ContourSegment> expected;
+    };
+    const Case cases[] = {
+        {{{0, 2}, {0, 2}}, 1, {{0.5, 0, 0.5, 1}}},
+        {{{0, 2}, {0, 2}}, 0.5, {{0.25, 0, 0.25, 1}}},
+        {{{0, 2}, {0, 2}}, 0, {{0.5, 0, 0.5, 1}}}, // halfway, not at the dry corner
+        {{{0, 2}, {0, 2}}, 2, {}},
+        // Saddle: the centre (mean 1.5) is above 1, like the corners (0,0) and (1,1), so the
+        // pieces cut off the two dry corners (1,0) and (0,1).
+        {{{3, 0}, {0, 3}}, 1, {{2.0 / 3, 0, 1, 1.0 / 3}, {1.0 / 3, 1, 0, 2.0 / 3}}},
+        {{{0, 2}, {nan, 2}}, 1, {}},
+    };
+    for (const Case& c : cases) {
+        ExploreMap map;
+        map.xValues = {1, 150};
+        map.yValues = {0.25, 3};
+        map.runoff = c.runoff;
+        const std::vector<ContourSegment> got = Contour(map, c.level);
+        ASSERT_EQ(got.size(), c.expected.size()) << c.level;
+        for (size_t k = 0; k < got.size(); ++k) {
+            EXPECT_NEAR(got[k].column1, c.expected[k].column1, 1e-12);
+            EXPECT_NEAR(got[k].row1, c.expected[k].row1, 1e-12);
+            EXPECT_NEAR(got[k].column2, c.expected[k].column2, 1e-12);
+            EXPECT_NEAR(got[k].row2, c.expected[k].row2, 1e-12);
+        }
+    }
+}
+
+// The ranges of the "Wetted Diameter" reference panel.
+TEST(Explore, PackageClass) {
+    const std::pair<double, const char*> cases[] = {
+        {1.5, "Ultra Low Pressure (LEPA Bubble Mode)"},
+        {17, "Ultra Low Pressure (LEPA Spray Mode) or Low Pressure Spray (180 Degrees)"},
+        {45, "between Low Pressure Spray on Pipeline and Low Pressure w/Rotators"},
+        {60, "Low Pressure w/Rotators or Low Pressure Impact"},
+        {85, "Medium Pressure Impact or High Pressure Impact (Variable Spacing)"},
+        {150, "larger than High Pressure Impact (Variable Spacing)"},
+    };
+    for (const auto& [diameter, name] : cases)
+        EXPECT_EQ(PackageClass(diameter), name) << diameter;
+}
+
+} // namespace
+} // namespace rainfold
