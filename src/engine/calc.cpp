@@ -94,6 +94,8 @@ void CalcPosition(int capacityCase, int position, int slot, const PositionInputs
         GreenAmptPosition(capacityCase, position, res, notify);
 }
 
+// A typed storage near the largest double overflows on the way to millimetres: that is a fault,
+// not a storage of infinity.
 void FillSurfaceStorage(const DesignRecord& design, Results& res) {
     for (size_t i = 1; i <= 10; ++i) {
         const SegmentRow& row = design.segments[i - 1];
@@ -106,12 +108,12 @@ void FillSurfaceStorage(const DesignRecord& design, Results& res) {
             res.SurfStore[i] = 25.4 * (SlopeStorage(Val(row.col1)) + ResidueStorage(Val(row.col2)));
             break;
         case kUserConstant:
-            res.SurfStore[i] = (Val(design.txtSurfStore) + Val(design.txtResidue)) * 25.4;
+            res.SurfStore[i] = Checked((Val(design.txtSurfStore) + Val(design.txtResidue)) * 25.4);
             break;
         case kUserVariable:
             // The residue column is read but only the surface column counts: the residue term
             // of the sum belongs to the slope/residue path, which this option never takes.
-            res.SurfStore[i] = 25.4 * (Val(row.col1) + 0.0);
+            res.SurfStore[i] = Checked(25.4 * (Val(row.col1) + 0.0));
             break;
         default:
             break; // no option ticked: storage keeps what it held
