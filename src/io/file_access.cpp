@@ -1,5 +1,6 @@
 #include "file_access.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -118,9 +119,14 @@ std::string ReadSmallFile(const std::string& path, std::size_t limit, std::strin
 
     // The size may be wrong (files under /proc say 0) or change while reading: read at most one
     // byte past the limit, enough to know the file is too large.
-    std::string read(limit + 1, '\0');
+    std::string read(static_cast<size_t>(st.st_size) + 1, '\0');
     size_t have = 0;
-    while (have < read.size()) {
+    while (true) {
+        if (have == read.size()) {
+            if (read.size() > limit)
+                break;
+            read.resize(std::min(limit + 1, std::max<size_t>(2 * read.size(), 4096)));
+        }
         const ssize_t n = ::read(fd.get(), &read[have], read.size() - have);
         if (n < 0) {
             if (errno == EINTR)
