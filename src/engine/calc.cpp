@@ -94,6 +94,11 @@ void CalcPosition(int capacityCase, int position, int slot, const PositionInputs
         GreenAmptPosition(capacityCase, position, res, notify);
 }
 
+// A field's number; one beyond the range of a double overflows as it is read.
+double Number(const std::string& text) {
+    return Checked(Val(text));
+}
+
 // A typed storage near the largest double overflows on the way to millimetres: that is a fault,
 // not a storage of infinity.
 void FillSurfaceStorage(const DesignRecord& design, Results& res) {
@@ -101,19 +106,21 @@ void FillSurfaceStorage(const DesignRecord& design, Results& res) {
         const SegmentRow& row = design.segments[i - 1];
         switch (design.surfaceOption) {
         case kConstantSlopeResidue:
-            res.SurfStore[i] = 25.4 * (SlopeStorage(Val(design.txtSurfStore)) +
-                                       ResidueStorage(Val(design.txtResidue)));
+            res.SurfStore[i] = 25.4 * (SlopeStorage(Number(design.txtSurfStore)) +
+                                       ResidueStorage(Number(design.txtResidue)));
             break;
         case kVariableSlopeResidue:
-            res.SurfStore[i] = 25.4 * (SlopeStorage(Val(row.col1)) + ResidueStorage(Val(row.col2)));
+            res.SurfStore[i] =
+                25.4 * (SlopeStorage(Number(row.col1)) + ResidueStorage(Number(row.col2)));
             break;
         case kUserConstant:
-            res.SurfStore[i] = Checked((Val(design.txtSurfStore) + Val(design.txtResidue)) * 25.4);
+            res.SurfStore[i] =
+                Checked((Number(design.txtSurfStore) + Number(design.txtResidue)) * 25.4);
             break;
         case kUserVariable:
             // The residue column is read but only the surface column counts: the residue term
             // of the sum belongs to the slope/residue path, which this option never takes.
-            res.SurfStore[i] = Checked(25.4 * (Val(row.col1) + 0.0));
+            res.SurfStore[i] = Checked(25.4 * (Number(row.col1) + 0.0));
             break;
         default:
             break; // no option ticked: storage keeps what it held
@@ -155,10 +162,11 @@ CalcOutcome Calc_Results(const DesignRecord& design, Results& res, const Notify&
         const EngineInputs in = ReadEngineInputs(design);
         for (double x : {in.L, in.Q0, in.d, in.R})
             Checked(x);
-        res.GAKs = Val(design.txtKS);
-        res.GAHw = Val(design.txtHW);
-        res.GADeltaTheta = Val(design.txtThetaS) - Val(design.txtThetaI);
-        res.GAOmega = Val(design.txtOmega);
+        Number(design.txtWetDiam); // the floor on the radius would hide an overflow
+        res.GAKs = Number(design.txtKS);
+        res.GAHw = Number(design.txtHW);
+        res.GADeltaTheta = Checked(Number(design.txtThetaS) - Number(design.txtThetaI));
+        res.GAOmega = Number(design.txtOmega);
 
         FillSurfaceStorage(design, res);
 
@@ -167,8 +175,8 @@ CalcOutcome Calc_Results(const DesignRecord& design, Results& res, const Notify&
         if (design.intakeFamilyIndex < -1 || design.intakeFamilyIndex > kCustomizedValuesIndex)
             throw std::out_of_range("Subscript out of range.");
         const bool customized = design.intakeFamilyIndex == kCustomizedValuesIndex;
-        res.UserK = customized ? Val(design.txtUk) : 0.0;
-        res.UserN = customized ? Val(design.txtUN) : 0.0;
+        res.UserK = customized ? Number(design.txtUk) : 0.0;
+        res.UserN = customized ? Number(design.txtUN) : 0.0;
         // With customised values the middle slot would otherwise fall back on an empty family.
         if (customized && (Read(res.UserK) == 0 || Read(res.UserN) == 0))
             throw EngineFault("K and N must not be 0 for Customized Values.");
