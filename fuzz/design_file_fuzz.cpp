@@ -1,5 +1,8 @@
-// libFuzzer target: any bytes given to the design-file reader. Besides the sanitizers' own
-// checks it aborts when
+// libFuzzer target: any bytes, up to just past the size limit of a design file, given to the
+// design-file reader both as bytes and as a file on disk read by path. Besides the sanitizers'
+// own checks it aborts when
+// - reading the file by path and reading its bytes disagree (outcome, message or design), or a
+//   file over the limit is not refused;
 // - a refused file changed the design or gave a message that does not name the file;
 // - a design that was read does not write and read back to the same design and the same bytes.
 
@@ -8,7 +11,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <fcntl.h>
 #include <string>
+#include <unistd.h>
 
 namespace {
 
@@ -26,17 +31,54 @@ rainfold::DesignRecord Untouched() {
     return d;
 }
 
+// The file the bytes are written to, one per fuzzing process.
+const std::string& DiskFile() {
+    static const std::string path = [] {
+        const char* dir = std::getenv("TMPDIR");
+        return std::string(dir && *dir ? dir : "/tmp") + "/rainfold-fuzz-" +
+               std::to_string(::getpid()) + ".rfd";
+    }();
+    return path;
+}
+
+bool WriteFile(const std::string& path, const std::string& bytes) {
+    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    if (fd < 0)
+        return false;
+    size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
+        if (n <= 0)
+            break;
+        done += static_cast<size_t>(n);
+    }
+    return ::close(fd) == 0 && done == bytes.size();
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace rainfold;
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     const DesignRecord before = Untouched();
+
+    const std::string& path = DiskFile();
+    Require(WriteFile(path, bytes));
+    DesignRecord fromDisk = before;
+    const FileOutcome onDisk = OpenDesign(path, fromDisk);
+    ::unlink(path.c_str());
+    if (size > kDesignFileLimit) {
+        Require(!onDisk.ok && onDisk.message == "Could not open " + path + ": File too large.");
+        Require(fromDisk == before);
+        return 0;
+    }
+
     DesignRecord d = before;
-    const FileOutcome read = ParseDesign(bytes, "fuzz.rfd", d);
+    const FileOutcome read = ParseDesign(bytes, path, d);
+    Require(onDisk.ok == read.ok && onDisk.message == read.message && fromDisk == d);
     if (!read.ok) {
         Require(d == before);
-        Require(read.message.rfind("Could not open fuzz.rfd: ", 0) == 0);
+        Require(read.message.rfind("Could not open " + path + ": ", 0) == 0);
         return 0;
     }
     Require(d.greenAmpt); // not in the file: kept

@@ -93,24 +93,39 @@ int SlotFamily(int F, int slot) {
     return F - 2 + slot;
 }
 
+double FieldNumber(const std::string& text) {
+    return Checked(Val(text));
+}
+
+void ReadGreenAmptFields(const DesignRecord& design, Results& res) {
+    res.GAKs = FieldNumber(design.txtKS);
+    res.GAHw = FieldNumber(design.txtHW);
+    res.GADeltaTheta = Checked(FieldNumber(design.txtThetaS) - FieldNumber(design.txtThetaI));
+    res.GAOmega = FieldNumber(design.txtOmega);
+}
+
+// A typed storage near the largest double overflows on the way to millimetres: that is a fault,
+// not a storage of infinity.
 void FillSurfaceStorage(const DesignRecord& design, Results& res) {
     for (size_t i = 1; i <= 10; ++i) {
         const SegmentRow& row = design.segments[i - 1];
         switch (design.surfaceOption) {
         case kConstantSlopeResidue:
-            res.SurfStore[i] = 25.4 * (SlopeStorage(Val(design.txtSurfStore)) +
-                                       ResidueStorage(Val(design.txtResidue)));
+            res.SurfStore[i] = 25.4 * (SlopeStorage(FieldNumber(design.txtSurfStore)) +
+                                       ResidueStorage(FieldNumber(design.txtResidue)));
             break;
         case kVariableSlopeResidue:
-            res.SurfStore[i] = 25.4 * (SlopeStorage(Val(row.col1)) + ResidueStorage(Val(row.col2)));
+            res.SurfStore[i] = 25.4 * (SlopeStorage(FieldNumber(row.col1)) +
+                                       ResidueStorage(FieldNumber(row.col2)));
             break;
         case kUserConstant:
-            res.SurfStore[i] = (Val(design.txtSurfStore) + Val(design.txtResidue)) * 25.4;
+            res.SurfStore[i] =
+                Checked((FieldNumber(design.txtSurfStore) + FieldNumber(design.txtResidue)) * 25.4);
             break;
         case kUserVariable:
             // The residue column is read but only the surface column counts: the residue term
             // of the sum belongs to the slope/residue path, which this option never takes.
-            res.SurfStore[i] = 25.4 * (Val(row.col1) + 0.0);
+            res.SurfStore[i] = Checked(25.4 * (FieldNumber(row.col1) + 0.0));
             break;
         default:
             break; // no option ticked: storage keeps what it held
@@ -207,10 +222,8 @@ CalcOutcome Calc_Results(const DesignRecord& design, Results& res, const Notify&
         const EngineInputs in = ReadEngineInputs(design);
         for (double x : {in.L, in.Q0, in.d, in.R})
             Checked(x);
-        res.GAKs = Val(design.txtKS);
-        res.GAHw = Val(design.txtHW);
-        res.GADeltaTheta = Val(design.txtThetaS) - Val(design.txtThetaI);
-        res.GAOmega = Val(design.txtOmega);
+        FieldNumber(design.txtWetDiam); // the floor on the radius would hide an overflow
+        ReadGreenAmptFields(design, res);
 
         FillSurfaceStorage(design, res);
 
@@ -219,8 +232,8 @@ CalcOutcome Calc_Results(const DesignRecord& design, Results& res, const Notify&
         if (design.intakeFamilyIndex < -1 || design.intakeFamilyIndex > kCustomizedValuesIndex)
             throw std::out_of_range("Subscript out of range.");
         const bool customized = design.intakeFamilyIndex == kCustomizedValuesIndex;
-        res.UserK = customized ? Val(design.txtUk) : 0.0;
-        res.UserN = customized ? Val(design.txtUN) : 0.0;
+        res.UserK = customized ? FieldNumber(design.txtUk) : 0.0;
+        res.UserN = customized ? FieldNumber(design.txtUN) : 0.0;
         // With customised values the middle slot would otherwise fall back on an empty family.
         if (customized)
             CheckCustomizedValues(Read(res.UserK), Read(res.UserN));

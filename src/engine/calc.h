@@ -67,6 +67,13 @@ PositionInputs PositionOf(const EngineInputs& in, int k, int j);
 // fills it (mm); nothing is written when no option is ticked.
 void FillSurfaceStorage(const DesignRecord& design, Results& results);
 
+// A field's number as the computation reads it: one beyond the range of a double is the fault
+// "Overflow." (EngineFault), not an infinity carried into the results.
+double FieldNumber(const std::string& text);
+
+// The Green-Ampt fields into the results record, as the computation reads them.
+void ReadGreenAmptFields(const DesignRecord& design, Results& results);
+
 // Refuses a design whose capacity less 100 gpm is not above 0 gpm (EngineFault).
 void CheckCaseFlows(double Q0);
 

@@ -59,10 +59,8 @@ std::optional<RunoffProbe> RunoffProbe::Make(const DesignRecord& design, std::st
             probe.designDiameter_ = Val(design.txtWetDiam);
             probe.designDepth_ = Val(design.txtAPPL);
             Results read;
-            read.GAKs = Val(design.txtKS);
-            read.GAHw = Val(design.txtHW);
-            read.GADeltaTheta = Val(design.txtThetaS) - Val(design.txtThetaI);
-            read.GAOmega = Val(design.txtOmega);
+            FieldNumber(design.txtWetDiam); // the floor on the radius would hide an overflow
+            ReadGreenAmptFields(design, read);
             FillSurfaceStorage(design, read);
             for (size_t i = 1; i <= 10; ++i)
                 probe.storage_[i] = Read(read.SurfStore[i]);
@@ -72,8 +70,8 @@ std::optional<RunoffProbe> RunoffProbe::Make(const DesignRecord& design, std::st
             if (design.intakeFamilyIndex < -1 || design.intakeFamilyIndex > kCustomizedValuesIndex)
                 throw std::out_of_range("Subscript out of range.");
             const bool customized = design.intakeFamilyIndex == kCustomizedValuesIndex;
-            const double userK = customized ? Val(design.txtUk) : 0.0;
-            const double userN = customized ? Val(design.txtUN) : 0.0;
+            const double userK = customized ? FieldNumber(design.txtUk) : 0.0;
+            const double userN = customized ? FieldNumber(design.txtUN) : 0.0;
             if (customized)
                 CheckCustomizedValues(userK, userN);
             CheckCaseFlows(probe.base_.Q0);

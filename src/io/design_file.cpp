@@ -1,57 +1,15 @@
 #include "design_file.h"
 
-#include <cerrno>
+#include "code_page.h"
+#include "file_access.h"
+#include "format.h"
+
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <fcntl.h>
-#include <fstream>
-#include <iterator>
-#include <sstream>
-#include <sys/stat.h>
-#include <unistd.h>
 #include <vector>
 
 namespace rainfold {
 
 namespace {
-
-// ---- text encoding: designs hold UTF-8, files hold Latin-1 ----
-
-bool Utf8ToLatin1(const std::string& in, std::string& out) {
-    out.clear();
-    for (size_t i = 0; i < in.size(); ++i) {
-        const unsigned char c = static_cast<unsigned char>(in[i]);
-        if (c < 0x80) {
-            out += static_cast<char>(c);
-        } else if ((c & 0xE0) == 0xC0 && i + 1 < in.size()) {
-            const unsigned char c2 = static_cast<unsigned char>(in[i + 1]);
-            const unsigned code = ((c & 0x1Fu) << 6) | (c2 & 0x3Fu);
-            if ((c2 & 0xC0) != 0x80 || code < 0x80 || code > 0xFF)
-                return false;
-            out += static_cast<char>(code);
-            ++i;
-        } else {
-            return false;
-        }
-    }
-    return true;
-}
-
-std::string Latin1ToUtf8(const std::string& in) {
-    std::string out;
-    for (char ch : in) {
-        const unsigned char c = static_cast<unsigned char>(ch);
-        if (c < 0x80) {
-            out += ch;
-        } else {
-            out += static_cast<char>(0xC0 | (c >> 6));
-            out += static_cast<char>(0x80 | (c & 0x3F));
-        }
-    }
-    return out;
-}
 
 // ---- writing ----
 
@@ -67,18 +25,21 @@ public:
         for (const TextItem& item : items) {
             if (!line.empty() || &item != items.begin())
                 line += ',';
-            std::string latin;
+            std::string bytes, refused;
             if (item.text->find('"') != std::string::npos) {
                 error_ = "the " + item.label +
                          " contains a double quote, which a design file cannot hold.";
                 return false;
             }
-            if (!Utf8ToLatin1(*item.text, latin)) {
-                error_ =
-                    "the " + item.label + " contains a character that a design file cannot hold.";
+            if (!Utf8ToCp1252(*item.text, bytes, refused)) {
+                // A malformed byte is not worth showing; a character the user typed is.
+                error_ = "the " + item.label + " contains " +
+                         (refused.size() > 1 ? "the character \"" + refused + "\", which"
+                                             : std::string("a character that")) +
+                         " a design file cannot hold.";
                 return false;
             }
-            line += '"' + latin + '"';
+            line += '"' + bytes + '"';
         }
         bytes_ += line + "\r\n";
         return true;
@@ -102,71 +63,85 @@ struct Item {
     bool quoted = false;
 };
 
-// Splits one record into its items; `unclosed` tells of a quoted text with no closing quote.
-std::vector<Item> SplitItems(const std::string& line, bool& unclosed) {
-    std::vector<Item> items;
+// Splits one record into its items, keeping the texts of the first `keep` only (a line of a
+// million commas costs no memory); returns how many items the record has. `unclosed` tells of a
+// quoted text with no closing quote.
+size_t SplitItems(const std::string& line, size_t keep, std::vector<Item>& items, bool& unclosed) {
+    items.clear();
     unclosed = false;
+    size_t count = 0;
     size_t i = 0;
     while (true) {
         while (i < line.size() && (line[i] == ' ' || line[i] == '\t'))
             ++i;
         Item item;
+        size_t from = i, to = i;
         if (i < line.size() && line[i] == '"') {
             const size_t close = line.find('"', i + 1);
-            const size_t end = close == std::string::npos ? line.size() : close;
             unclosed = unclosed || close == std::string::npos;
-            item.text = line.substr(i + 1, end - i - 1);
+            from = i + 1;
+            to = close == std::string::npos ? line.size() : close;
             item.quoted = true;
             i = close == std::string::npos ? line.size() : close + 1;
             const size_t comma = line.find(',', i);
             i = comma == std::string::npos ? line.size() : comma;
         } else {
             const size_t comma = line.find(',', i);
-            const size_t end = comma == std::string::npos ? line.size() : comma;
-            item.text = line.substr(i, end - i);
-            while (!item.text.empty() && (item.text.back() == ' ' || item.text.back() == '\t'))
-                item.text.pop_back();
-            i = end;
+            to = comma == std::string::npos ? line.size() : comma;
+            i = to;
+            while (to > from && (line[to - 1] == ' ' || line[to - 1] == '\t'))
+                --to;
         }
-        items.push_back(item);
+        if (count++ < keep) {
+            item.text = line.substr(from, to - from);
+            items.push_back(item);
+        }
         if (i >= line.size())
             break;
         ++i; // past the comma: another item follows, possibly empty
     }
-    return items;
+    return count;
+}
+
+// An unquoted item that reads as a number is taken as that number: its plain text, as a
+// number put into a text field shows it ("0800" -> "800", "1.50" -> "1.5", "+40" -> "40").
+// One beyond the range of a double keeps its text.
+std::string ItemText(const Item& item) {
+    std::string text = Cp1252ToUtf8(item.text);
+    if (item.quoted || !IsNumeric(text))
+        return text;
+    const double number = Val(text);
+    return std::isfinite(number) ? PlainNumber(number) : text;
 }
 
 class RecordReader {
 public:
-    RecordReader(const std::string& bytes, std::string fileName) : file_(std::move(fileName)) {
-        size_t start = 0;
-        while (start < bytes.size()) {
-            size_t end = bytes.find('\n', start);
-            std::string line =
-                bytes.substr(start, end == std::string::npos ? std::string::npos : end - start);
-            if (!line.empty() && line.back() == '\r')
-                line.pop_back();
-            lines_.push_back(line);
-            terminated_.push_back(end != std::string::npos);
-            if (end == std::string::npos)
-                break;
-            start = end + 1;
-        }
-    }
+    RecordReader(const std::string& bytes, std::string fileName)
+        : bytes_(bytes), file_(std::move(fileName)) {}
 
-    // Reads the next record, which must have exactly `count` items.
+    // Reads the next record, which must have exactly `count` items. The end of the file ends
+    // the last record as a line end would.
     bool Record(const std::string& name, size_t count, std::vector<Item>& items) {
-        if (next_ >= lines_.size())
+        if (next_ >= bytes_.size())
             return Fail("the file ends before record " + name + ".");
+        const size_t end = bytes_.find('\n', next_);
+        std::string line = bytes_.substr(next_, end == std::string::npos ? end : end - next_);
+        next_ = end == std::string::npos ? bytes_.size() : end + 1;
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
         bool unclosed = false;
-        items = SplitItems(lines_[next_], unclosed);
-        // A record without its line end, or with a text left open, is a file cut short.
-        if (unclosed || !terminated_[next_])
+        const size_t found = SplitItems(line, count, items, unclosed);
+        // A text left open, or a comma with nothing after it before the end of the file: the
+        // file was cut short.
+        const size_t last = line.find_last_not_of(" \t");
+        const bool cutAfterComma =
+            end == std::string::npos && last != std::string::npos && line[last] == ',';
+        if (unclosed || cutAfterComma)
             return Fail("the file ends inside record " + name + ".");
-        ++next_;
-        if (items.size() != count)
-            return Fail("record " + name + " has " + std::to_string(items.size()) + " items, " +
-                        std::to_string(count) + " expected.");
+        if (found != count)
+            return Fail("record " + name + " has " + std::to_string(found) +
+                        (found == 1 ? " item, " : " items, ") + std::to_string(count) +
+                        " expected.");
         return true;
     }
 
@@ -176,7 +151,7 @@ public:
             return false;
         size_t k = 0;
         for (std::string* field : fields)
-            *field = Latin1ToUtf8(items[k++].text);
+            *field = ItemText(items[k++]);
         return true;
     }
 
@@ -193,7 +168,7 @@ public:
             number = std::nearbyint(Val(text)); // rounds halves to even, as a whole-number read
         }
         if (number < low || number > high)
-            return Fail("record " + name + " has " + what + " " + text + ", " +
+            return Fail("record " + name + " has " + what + " " + Cp1252ToUtf8(text) + ", " +
                         std::to_string(low) + " to " + std::to_string(high) + " expected.");
         value = static_cast<int>(number);
         return true;
@@ -206,10 +181,9 @@ public:
     const std::string& error() const { return error_; }
 
 private:
+    const std::string& bytes_;
     std::string file_;
-    std::vector<std::string> lines_;
-    std::vector<bool> terminated_; // whether each line ended in a line end
-    size_t next_ = 0;
+    size_t next_ = 0; // where the next record starts
     std::string error_;
 };
 
@@ -290,12 +264,10 @@ FileOutcome ParseDesign(const std::string& bytes, const std::string& fileName,
 }
 
 FileOutcome OpenDesign(const std::string& fileName, DesignRecord& design) {
-    std::ifstream in(fileName, std::ios::binary);
-    if (!in)
-        return {false, "Could not open " + fileName + ": the file cannot be read."};
-    std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (in.bad())
-        return {false, "Could not open " + fileName + ": the file cannot be read."};
+    std::string bytes;
+    const std::string reason = ReadSmallFile(fileName, kDesignFileLimit, bytes);
+    if (!reason.empty())
+        return {false, "Could not open " + fileName + ": " + reason + "."};
     return ParseDesign(bytes, fileName, design);
 }
 
@@ -304,41 +276,9 @@ FileOutcome SaveDesign(const std::string& fileName, const DesignRecord& design) 
     FileOutcome made = SerializeDesign(design, bytes);
     if (!made.ok)
         return {false, "Could not save " + fileName + ": " + made.message};
-
-    const auto failure = [&](const std::string& why) {
-        return FileOutcome{false, "Could not save " + fileName + ": " + why + "."};
-    };
-    std::string tempName = fileName + ".XXXXXX";
-    std::vector<char> pattern(tempName.begin(), tempName.end());
-    pattern.push_back('\0');
-    const int fd = mkstemp(pattern.data());
-    if (fd < 0)
-        return failure(std::strerror(errno));
-    tempName = pattern.data();
-    fchmod(fd, 0644); // a temporary file starts private; a design file is an ordinary document
-
-    size_t written = 0;
-    while (written < bytes.size()) {
-        const ssize_t n = write(fd, bytes.data() + written, bytes.size() - written);
-        if (n < 0) {
-            if (errno == EINTR)
-                continue;
-            break;
-        }
-        written += static_cast<size_t>(n);
-    }
-    const int writeErrno = errno;
-    const bool complete = written == bytes.size() && fsync(fd) == 0;
-    const bool closed = close(fd) == 0;
-    if (!complete || !closed) {
-        unlink(tempName.c_str());
-        return failure(std::strerror(complete ? errno : writeErrno));
-    }
-    if (std::rename(tempName.c_str(), fileName.c_str()) != 0) {
-        const int renameErrno = errno;
-        unlink(tempName.c_str());
-        return failure(std::strerror(renameErrno));
-    }
+    const std::string reason = ReplaceFile(fileName, bytes);
+    if (!reason.empty())
+        return {false, "Could not save " + fileName + ": " + reason + "."};
     return {};
 }
 

@@ -1,25 +1,33 @@
 // Random use of the window: typing into the inputs, options and families, page changes, Prev and
-// Next, clicks and editing keys on both grids, File > New, message boxes answered at random.
-// Whatever happens, the window never shows "nan" or "inf", and every box carries one of the
-// program's titles. RAINFOLD_MONKEY_EVENTS sets the number of events (1000 by default);
-// RAINFOLD_MONKEY_SEED another seed; RAINFOLD_MONKEY_TRACE set prints every event.
+// Next, clicks and editing keys on both grids, File > New, Open and Save of prepared paths,
+// message boxes answered at random. Whatever happens, the window never shows "nan" or "inf",
+// every box carries one of the program's titles, a design opened is the file's, a file that
+// cannot be opened changes nothing, and a design saved reads back as the window holds it.
+// RAINFOLD_MONKEY_EVENTS sets the number of events (1000 by default); RAINFOLD_MONKEY_SEED another
+// seed; RAINFOLD_MONKEY_TRACE set prints every event.
 
 #include "ModalAnswer.h"
 #include "WindowFixture.h"
 
+#include "design_file.h"
+
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QFile>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTabWidget>
 #include <QTableWidget>
+#include <QTemporaryDir>
 #include <QTimer>
 
 #include <cmath>
 #include <deque>
 #include <random>
+#include <unistd.h>
 
 namespace {
 
@@ -69,6 +77,7 @@ public:
     QString Recent() const { return QStringList(recent_.begin(), recent_.end()).join(" | "); }
 
     QStringList faults;
+    QStringList boxes; // "title: text" of every box seen
 
 private:
     // Presses one of the box's own buttons at random. Anything modal other than a message box
@@ -88,6 +97,7 @@ private:
         if (title != "Error" && title != "Warning" && title != "Rainfold")
             faults << "box titled \"" + title + "\" after: " + Recent();
         Note("box \"" + box->text().left(40) + "\"");
+        boxes << title + ": " + box->text();
         Pick(box->buttons())->click();
     }
 
@@ -121,6 +131,44 @@ bool Usable(const QWidget* w) {
 QPoint CellCentre(const QTableWidget* grid, int row, int column) {
     return grid->visualItemRect(grid->item(row, column)).center();
 }
+
+QByteArray ReadAll(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+std::string Bytes(const QString& path) {
+    return QFile::encodeName(path).toStdString();
+}
+
+// The paths File > Open and File > Save are given, in a folder of their own.
+struct PreparedFiles {
+    explicit PreparedFiles(const rainfold::DesignRecord& sound) {
+        rainfold::SaveDesign(Bytes(at("good.rfd")), sound);
+        // Written by hand as another program might: Windows-1252, numbers unquoted, no line end
+        // after the last record.
+        QFile plain(at("plain.rfd"));
+        if (plain.open(QIODevice::WriteOnly))
+            plain.write("\"J\x92s \x96 north\"\r\n\"X\"\r\n\"X\",\"X\"\r\n\"X\",\"1/2/24\"\r\n"
+                        "1300,0800,1.50,+40\r\n3\r\n2\r\n\"0.1\",\"0.2\"\r\n"
+                        "10,50,0.45,0.25,40,0.005");
+        QFile bad(at("bad.rfd"));
+        if (bad.open(QIODevice::WriteOnly))
+            bad.write("\"P\"\r\n\"L\"\r\n\"C\"\r\n");
+        rainfold::SaveDesign(Bytes(at("readonly.rfd")), sound);
+        QFile::setPermissions(at("readonly.rfd"), QFile::ReadOwner | QFile::ReadGroup);
+        readOnlyBytes = ReadAll(at("readonly.rfd"));
+        QFile::link(at("target.rfd"), at("link.rfd"));
+    }
+    QString at(const QString& name) const { return dir.filePath(name); }
+
+    QTemporaryDir dir;
+    const QStringList opened = {at("good.rfd"),    at("plain.rfd"), at("bad.rfd"), dir.path(),
+                                at("missing.rfd"), "/dev/zero",     QString()};
+    const QStringList saved = {at("saved.rfd"), at("link.rfd"), at("readonly.rfd"), dir.path(),
+                               QString()};
+    QByteArray readOnlyBytes;
+};
 
 } // namespace
 
@@ -170,9 +218,14 @@ void MonkeyTest::randomUse() {
     const QRegularExpression shown(QStringLiteral("nan|inf"),
                                    QRegularExpression::CaseInsensitiveOption);
 
+    const PreparedFiles files(start);
+    QVERIFY(files.dir.isValid());
+    QString answer; // what the file dialog returns
+    f.w->setFileDialog([&answer](QWidget*, const FileDialogRequest&) { return answer; });
+
     Monkey m(seed);
     for (int event = 0; event < events && m.faults.isEmpty(); ++event) {
-        const int kind = m.Between(0, 12);
+        const int kind = m.Between(0, 14);
         QList<QLineEdit*> open;
         for (QLineEdit* field : inputs)
             if (Usable(field))
@@ -244,6 +297,45 @@ void MonkeyTest::randomUse() {
         } else if (kind == 12) { // as File > Open of a sound design would
             m.Note("sound design");
             f.w->setDesign(start);
+        } else if (kind == 13) {
+            const QString path =
+                files.opened[m.Between(0, static_cast<int>(files.opened.size()) - 1)];
+            m.Note("open " + QFileInfo(path).fileName());
+            const rainfold::DesignRecord before = f.w->design();
+            rainfold::DesignRecord expected = before;
+            const bool readable = rainfold::OpenDesign(Bytes(path), expected).ok;
+            const qsizetype boxes = m.boxes.size();
+            answer = path;
+            f.trigger("mnuFileOpen");
+            if (!(f.w->design() == expected))
+                m.faults << "open of " + path + " gave another design after: " + m.Recent();
+            const bool refused = m.boxes.size() > boxes &&
+                                 m.boxes.last().startsWith("Error: Could not open " + path + ": ");
+            if (!path.isEmpty() && readable == refused)
+                m.faults << "open of " + path + (refused ? " refused" : " said nothing") +
+                                " after: " + m.Recent();
+        } else if (kind == 14) {
+            const QString path =
+                files.saved[m.Between(0, static_cast<int>(files.saved.size()) - 1)];
+            m.Note("save " + QFileInfo(path).fileName());
+            const qsizetype boxes = m.boxes.size();
+            answer = path;
+            f.trigger("mnuFileSave");
+            const bool refused = m.boxes.size() > boxes;
+            rainfold::DesignRecord back = f.w->design();
+            const bool writable = path == files.at("saved.rfd") || path == files.at("link.rfd") ||
+                                  (path == files.at("readonly.rfd") && ::geteuid() == 0);
+            if (!path.isEmpty() && refused == writable)
+                m.faults << "save to " + path + (refused ? " refused" : " said nothing") +
+                                " after: " + m.Recent();
+            if (writable && !refused &&
+                !(rainfold::OpenDesign(Bytes(path), back).ok && back == f.w->design()))
+                m.faults << "save to " + path + " does not read back after: " + m.Recent();
+            // Root may write a read-only file; any other user's save must leave it as it was.
+            if (::geteuid() != 0 && ReadAll(files.at("readonly.rfd")) != files.readOnlyBytes)
+                m.faults << "the read-only file changed after: " + m.Recent();
+            if (!QFileInfo(files.at("link.rfd")).isSymLink())
+                m.faults << "the link was replaced after: " + m.Recent();
         }
         QApplication::processEvents();
 
