@@ -31,6 +31,12 @@ public:
                          " contains a double quote, which a design file cannot hold.";
                 return false;
             }
+            // A line break inside a text would end its record early and shift every later one.
+            if (item.text->find_first_of("\r\n") != std::string::npos) {
+                error_ = "the " + item.label +
+                         " contains a line break, which a design file cannot hold.";
+                return false;
+            }
             if (!Utf8ToCp1252(*item.text, bytes, refused)) {
                 // A malformed byte is not worth showing; a character the user typed is.
                 error_ = "the " + item.label + " contains " +

@@ -102,7 +102,8 @@ TEST(SerializeDesign, Latin1AndRefusals) {
     d.txtDescription = "M\xC3\xBCller, 5\xC2\xB0";                     // "Müller, 5°" in UTF-8
     EXPECT_EQ(Serialize(d).substr(0, 14), "\"M\xFCller, 5\xB0\"\r\n"); // one byte each
     std::string bytes;
-    for (const char* bad : {"Hall \"north\"", "1 \xE2\x86\x92 2"}) { // a double quote, an arrow
+    // a double quote, an arrow, line breaks
+    for (const char* bad : {"Hall \"north\"", "1 \xE2\x86\x92 2", "Hall\nnorth", "Hall\r"}) {
         d.txtCounty = bad;
         EXPECT_FALSE(SerializeDesign(d, bytes).ok) << bad;
     }
