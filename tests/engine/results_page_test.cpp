@@ -12,10 +12,7 @@ namespace {
 
 DesignRecord Design() {
     DesignRecord d;
-    d.txtSYL = "1320";
-    d.txtGPM = "900";
-    d.txtAPPL = "1";
-    d.txtWetDiam = "60";
+    d.txtSYL = "1320", d.txtGPM = "900", d.txtAPPL = "1", d.txtWetDiam = "60";
     d.intakeFamilyIndex = 3; // "1.0 Intake Family"
     return d;
 }
@@ -137,18 +134,14 @@ TEST(WeightedAverage, EqualOddPositionsGiveThatValue) {
 TEST(ResultsPage, FamilyCaptionPerSlot) {
     const struct {
         int listIndex, slot;
-        const char* caption;
-    } cases[] = {
-        {0, 1, "0.1 NRCS Intake Family"}, {0, 2, "0.3 NRCS Intake Family"},
-        {0, 3, "0.5 NRCS Intake Family"}, {3, 1, "0.5 NRCS Intake Family"},
-        {3, 2, "1.0 NRCS Intake Family"}, {3, 3, "1.5 NRCS Intake Family"},
-        {6, 1, "1.5 NRCS Intake Family"}, {6, 3, "3.0 NRCS Intake Family"},
-        {7, 1, "3.0 NRCS Intake Family"}, {7, 2, "Customized Values"},
-    };
+        const char* family;
+    } cases[] = {{0, 1, "0.1"}, {0, 2, "0.3"}, {0, 3, "0.5"}, {3, 1, "0.5"}, {3, 2, "1.0"},
+                 {3, 3, "1.5"}, {6, 1, "1.5"}, {6, 3, "3.0"}, {7, 1, "3.0"}, {7, 2, ""}};
     for (const auto& c : cases) {
         DesignRecord d = Design();
         d.intakeFamilyIndex = c.listIndex;
-        EXPECT_EQ(BuildResultsPage(d, Record(), c.slot).lblIntakeFamily, c.caption)
+        EXPECT_EQ(BuildResultsPage(d, Record(), c.slot).lblIntakeFamily,
+                  *c.family ? std::string(c.family) + " NRCS Intake Family" : "Customized Values")
             << c.listIndex << "/" << c.slot;
     }
 }

@@ -1,5 +1,6 @@
 // Design files: the exact bytes written, the reading rules, and that a bad file or a failed save
-// never loses what is there.
+// never loses what is there. What a file carries back is checked on random designs in
+// design_roundtrip_test.cpp.
 
 #include "design_file.h"
 
@@ -107,38 +108,6 @@ TEST(SerializeDesign, Latin1AndRefusals) {
         d.txtCounty = bad;
         EXPECT_FALSE(SerializeDesign(d, bytes).ok) << bad;
     }
-}
-
-TEST(ParseDesign, RoundTripRestoresEveryStoredField) {
-    for (int family : {-1, 0, 6, 7})
-        for (int option : {0, 1, 2, 3, -1}) {
-            DesignRecord src = Sample();
-            src.intakeFamilyIndex = family;
-            src.surfaceOption = option;
-            src.txtDescription = "M\xC3\xBCller, 5\xC2\xB0"; // commas and Latin-1 survive
-            DesignRecord got;
-            got.greenAmpt = true; // not in the file: stays as it was
-            const FileOutcome out = ParseDesign(Serialize(src), "design.rfd", got);
-            if (!out.ok) {
-                ADD_FAILURE() << family << "/" << option << ": " << out.message;
-                continue;
-            }
-            EXPECT_TRUE(got.greenAmpt);
-            got.greenAmpt = false;
-            if (option == kNoOptionTicked) // written as an empty record, read back as 0
-                src.surfaceOption = kConstantSlopeResidue;
-            if (family != kCustomizedValuesIndex) { // K and N are not stored
-                got.txtUk = src.txtUk;
-                got.txtUN = src.txtUN;
-            }
-            if (src.surfaceOption == 0 || src.surfaceOption == 2) {
-                got.segments = src.segments;
-            } else {
-                got.txtSurfStore = src.txtSurfStore;
-                got.txtResidue = src.txtResidue;
-            }
-            EXPECT_EQ(got, src) << family << "/" << option;
-        }
 }
 
 TEST(ParseDesign, ReadingRules) {

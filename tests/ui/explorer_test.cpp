@@ -3,7 +3,6 @@
 // results page then confirms.
 
 #include "DesignExplorer.h"
-#include "ModalAnswer.h"
 #include "WindowFixture.h"
 
 #include "calc.h"

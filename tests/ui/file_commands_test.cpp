@@ -1,6 +1,6 @@
-// The File-menu flows on the window (Open, Save, Exit) and the About box.
+// The File-menu flows on the window (Open, Save, Exit), saves that cannot finish, and the About
+// box.
 
-#include "ModalAnswer.h"
 #include "WindowFixture.h"
 #include "dialogs/frmAbout.h"
 
@@ -11,6 +11,11 @@
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTemporaryDir>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <sys/resource.h>
 
 namespace {
 
@@ -24,6 +29,30 @@ bool WriteAll(const QString& path, const QByteArray& bytes) {
     return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
 }
 
+// Every entry below a folder with its bytes, so nothing added, removed or changed goes unseen.
+QStringList Snapshot(const QString& folder) {
+    QStringList entries;
+    for (const QFileInfo& info : QDir(folder).entryInfoList(
+             QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden, QDir::Name))
+        entries << (info.isDir() ? info.fileName() + "/" + Snapshot(info.filePath()).join(' ')
+                                 : info.fileName() + "=" + ReadAll(info.filePath()).toHex());
+    return entries;
+}
+
+// Files may not grow beyond `bytes` while it lives: a disk that fills up part-way.
+struct FileSizeLimit {
+    explicit FileSizeLimit(rlim_t bytes) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &saved);
+        rlimit small = saved;
+        small.rlim_cur = bytes;
+        ok = setrlimit(RLIMIT_FSIZE, &small) == 0;
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &saved); }
+    rlimit saved{};
+    bool ok = false;
+};
+
 } // namespace
 
 class FileCommandsTest : public QObject {
@@ -32,12 +61,10 @@ class FileCommandsTest : public QObject {
 private slots:
     void init();
     void openThenSaveAgain();
-    void malformedFileChangesNothing_data();
     void malformedFileChangesNothing();
-    void cancelledDialogsAreSilent();
-    void exitClosesWithoutAsking();
+    void cancelledDialogsAndExitAreSilent();
+    void failedSaveKeepsWhatStood();
     void aboutBox();
-    void systemInformation_data();
     void systemInformation();
 
 private:
@@ -74,8 +101,7 @@ void FileCommandsTest::openThenSaveAgain() {
     expected.greenAmpt = true; // not in files: stays as it was
     QVERIFY(f_->w->design() == expected);
     QVERIFY(!f_->get("frmUNUK")->isHidden());
-    QCOMPARE(f_->action("mnuOptionsSR1")->isChecked(), true);
-    QCOMPARE(f_->action("mnuOptionsSR2")->isChecked(), false);
+    QVERIFY(f_->action("mnuOptionsSR1")->isChecked() && !f_->action("mnuOptionsSR2")->isChecked());
     // The page follows the restored option; the table's current cell ends on row 10, column 2.
     auto* grid = f_->get<QTableWidget>("msgSurfStore");
     QVERIFY(!grid->isHidden() && f_->field("txtSurfStore")->isHidden());
@@ -97,52 +123,83 @@ void FileCommandsTest::openThenSaveAgain() {
     QCOMPARE(requests_[1].fileName, path("sample.rfd"));
 }
 
-void FileCommandsTest::malformedFileChangesNothing_data() {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<QString>("mention");
-    const QByteArray head = "\"P\"\r\n\"L\"\r\n\"C\",\"S\"\r\n\"D\",\"T\"\r\n";
-    // clang-format off
-    QTest::newRow("record 5 short") << head + "\"1300\",\"800\"\r\n" << "record 5 has 2 items, 4 expected.";
-    QTest::newRow("ends after record 5") << head + "\"1300\",\"800\",\"1\",\"40\"\r\n" << "record 6";
-    // clang-format on
-}
-
 void FileCommandsTest::malformedFileChangesNothing() {
-    QFETCH(QByteArray, bytes);
-    QFETCH(QString, mention);
     const rainfold::DesignRecord before = SampleDesign();
     f_->w->setDesign(before);
     answer_ = path("bad.rfd");
-    QVERIFY(WriteAll(answer_, bytes));
-
+    QVERIFY(
+        WriteAll(answer_, "\"P\"\r\n\"L\"\r\n\"C\",\"S\"\r\n\"D\",\"T\"\r\n\"1300\",\"800\"\r\n"));
     ModalAnswer answer;
     f_->trigger("mnuFileOpen");
-    QCOMPARE(answer.boxes.size(), size_t(1));
-    const SeenBox& box = answer.boxes[0];
-    QCOMPARE(box.title, QStringLiteral("Error"));
-    QCOMPARE(box.icon, QMessageBox::Warning);
-    QCOMPARE(box.buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
-    QVERIFY2(box.text.startsWith("Could not open " + answer_ + ": ") && box.text.contains(mention),
-             qPrintable(box.text));
+    QCOMPARE(answer.lines(), Texts({"Error|!|0|Could not open " + answer_ +
+                                    ": record 5 has 2 items, 4 expected."}));
+    QCOMPARE(answer.boxes[0].buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
     QVERIFY(f_->w->design() == before);
 }
 
-void FileCommandsTest::cancelledDialogsAreSilent() {
+void FileCommandsTest::cancelledDialogsAndExitAreSilent() {
     const rainfold::DesignRecord before = f_->w->design();
     ModalAnswer answer;
     f_->trigger("mnuFileOpen");
     f_->trigger("mnuFileSave");
     QCOMPARE(requests_.size(), 2);
-    QVERIFY(answer.boxes.empty());
     QVERIFY(f_->w->design() == before);
     QVERIFY(QDir(dir_->path()).isEmpty());
-}
-
-void FileCommandsTest::exitClosesWithoutAsking() {
-    ModalAnswer answer;
     f_->trigger("mnuFileExit");
     QVERIFY(!f_->w->isVisible());
     QVERIFY(answer.boxes.empty());
+}
+
+// Whatever stood at the chosen path stays byte for byte, the "Error" box says why, and the next
+// save works.
+void FileCommandsTest::failedSaveKeepsWhatStood() {
+    const auto systemError = [](int code) {
+        return QString::fromLocal8Bit(std::strerror(code)) + '.';
+    };
+    const struct {
+        const char* target; // relative to a folder holding old.rfd and sub/inside.rfd
+        bool diskFull;
+        const char* designer;
+        QString says; // after "Could not save <path>: "
+    } cases[] = {
+        {"old.rfd", true, "JD", systemError(EFBIG)},
+        {"old.rfd/new.rfd", false, "JD", systemError(ENOTDIR)},
+        {"sub", false, "JD", systemError(EISDIR)},
+        {"old.rfd", false, "J \"Ace\" D",
+         "the Designer contains a double quote, which a design file cannot hold."},
+    };
+    for (const auto& c : cases) {
+        init();
+        QVERIFY(QDir(dir_->path()).mkdir("sub"));
+        rainfold::DesignRecord old = SampleDesign();
+        old.txtDescription = "Old design";
+        for (const char* name : {"old.rfd", "sub/inside.rfd"})
+            QVERIFY(rainfold::SaveDesign(path(name).toStdString(), old).ok);
+        const QStringList before = Snapshot(dir_->path());
+
+        rainfold::DesignRecord design = SampleDesign();
+        design.txtDesigner = c.designer;
+        f_->w->setDesign(design);
+        answer_ = path(c.target);
+        ModalAnswer boxes;
+        {
+            FileSizeLimit limit(c.diskFull ? 64 : RLIM_INFINITY);
+            QVERIFY(limit.ok);
+            f_->trigger("mnuFileSave");
+        }
+        QCOMPARE(Snapshot(dir_->path()), before); // no temporary file left behind either
+        QCOMPARE(boxes.lines(), Texts({"Error|!|0|Could not save " + answer_ + ": " + c.says}));
+
+        // The failure holds nothing open: the next save, to a sound path, is written.
+        design.txtDesigner = "JD";
+        f_->w->setDesign(design);
+        answer_ = path("next.rfd");
+        f_->trigger("mnuFileSave");
+        QCOMPARE(boxes.boxes.size(), size_t(1));
+        rainfold::DesignRecord reopened;
+        QVERIFY(rainfold::OpenDesign(answer_.toStdString(), reopened).ok);
+        QVERIFY(reopened == design);
+    }
 }
 
 void FileCommandsTest::aboutBox() {
@@ -160,50 +217,45 @@ void FileCommandsTest::aboutBox() {
              QStringLiteral("&System Info..."));
 }
 
-void FileCommandsTest::systemInformation_data() {
-    QTest::addColumn<QString>("pathValue");     // empty: missing
-    QTest::addColumn<QString>("locationValue"); // empty: missing
-    QTest::addColumn<bool>("toolExists");       // MSINFO32.EXE in the location
-    QTest::addColumn<QString>("started");       // empty: the box comes up instead
-    // clang-format off
-    QTest::newRow("PATH value") << "C:\\Tools\\msinfo32.exe" << "C:\\Other" << false << "C:\\Tools\\msinfo32.exe";
-    QTest::newRow("location with the tool") << "" << "DIR" << true << "DIR\\MSINFO32.EXE";
-    QTest::newRow("location without the tool") << "" << "DIR" << false << "";
-    QTest::newRow("nothing in the registry") << "" << "" << false << "";
-    // clang-format on
-}
-
 void FileCommandsTest::systemInformation() {
-    QFETCH(QString, pathValue);
-    QFETCH(QString, locationValue);
-    QFETCH(bool, toolExists);
-    QFETCH(QString, started);
-    locationValue.replace("DIR", path("Shared"));
-    started.replace("DIR", path("Shared"));
-    if (toolExists) // the name is joined with a backslash, a plain character here
-        QVERIFY(WriteAll(path("Shared") + "\\MSINFO32.EXE", "tool"));
-
-    frmAbout about;
-    about.setKeyReader(
-        [&](std::uint32_t root, const QString& key, const QString& value, QString& out) {
+    const struct {
+        QString pathValue, locationValue; // empty: missing
+        bool toolExists;                  // MSINFO32.EXE in the location
+        QString started;                  // empty: the box comes up instead
+    } cases[] = {
+        {"C:\\Tools\\msinfo32.exe", "C:\\Other", false, "C:\\Tools\\msinfo32.exe"},
+        {"", "DIR", true, "DIR\\MSINFO32.EXE"},
+        {"", "DIR", false, ""},
+        {"", "", false, ""},
+    };
+    for (const auto& c : cases) {
+        init();
+        const QString location = QString(c.locationValue).replace("DIR", path("Shared"));
+        const QString started = QString(c.started).replace("DIR", path("Shared"));
+        if (c.toolExists) // the name is joined with a backslash, a plain character here
+            QVERIFY(WriteAll(path("Shared") + "\\MSINFO32.EXE", "tool"));
+        frmAbout about;
+        about.setKeyReader([&](std::uint32_t root, const QString& key, const QString& value,
+                               QString& out) {
             const bool tools = root == kHKeyLocalMachine && key.startsWith("SOFTWARE\\Microsoft\\");
-            out = value == "PATH" && key.endsWith("Shared Tools\\MSINFO")      ? pathValue
-                  : value == "MSINFO" && key.endsWith("Shared Tools Location") ? locationValue
+            out = value == "PATH" && key.endsWith("Shared Tools\\MSINFO")      ? c.pathValue
+                  : value == "MSINFO" && key.endsWith("Shared Tools Location") ? location
                                                                                : QString();
             return tools && !out.isEmpty();
         });
-    QString launched;
-    about.setLauncher([&launched](const QString& tool) {
-        launched = tool;
-        return true;
-    });
-    ModalAnswer answer;
-    QTest::mouseClick(about.findChild<QPushButton*>("cmdSysInfo"), Qt::LeftButton);
-    QCOMPARE(launched, started);
-    QCOMPARE(answer.boxes.size(), size_t(started.isEmpty()));
-    if (started.isEmpty())
-        QCOMPARE(answer.boxes[0].text,
-                 QStringLiteral("System Information Is Unavailable At This Time"));
+        QString launched;
+        about.setLauncher([&launched](const QString& tool) {
+            launched = tool;
+            return true;
+        });
+        ModalAnswer answer;
+        QTest::mouseClick(about.findChild<QPushButton*>("cmdSysInfo"), Qt::LeftButton);
+        QCOMPARE(launched, started);
+        QCOMPARE(answer.boxes.size(), size_t(started.isEmpty()));
+        if (started.isEmpty())
+            QCOMPARE(answer.boxes[0].text,
+                     QStringLiteral("System Information Is Unavailable At This Time"));
+    }
 }
 
 QTEST_MAIN(FileCommandsTest)

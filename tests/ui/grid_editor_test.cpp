@@ -11,11 +11,9 @@ class GridEditorTest : public QObject {
 private slots:
     void init();
     void typedKeyOnlyOpensTheEditor();
-    void leavingTheEditor_data();
     void leavingTheEditor();
     void segmentColumnIsNeverEdited();
     void cellLeftByMouseOrCodeGetsTheText();
-    void panelsWhileEditing_data();
     void panelsWhileEditing();
 
 private:
@@ -68,37 +66,29 @@ void GridEditorTest::typedKeyOnlyOpensTheEditor() {
     QCOMPARE(editor_->text(), QStringLiteral("0.06"));
 }
 
-void GridEditorTest::leavingTheEditor_data() {
-    QTest::addColumn<int>("row");
-    QTest::addColumn<int>("key");
-    QTest::addColumn<int>("rowAfter");
-    QTest::addColumn<QString>("textAfter"); // of the edited cell, after typing 9 in the editor
-    // clang-format off
-    QTest::newRow("Enter") << 4 << int(Qt::Key_Return) << 4 << "0.49";
-    QTest::newRow("keypad Enter") << 4 << int(Qt::Key_Enter) << 4 << "0.49";
-    QTest::newRow("Escape") << 4 << int(Qt::Key_Escape) << 4 << "0.4";
-    QTest::newRow("Up") << 5 << int(Qt::Key_Up) << 4 << "0.59";
-    QTest::newRow("Down") << 5 << int(Qt::Key_Down) << 6 << "0.59";
-    QTest::newRow("Up in row 1") << 1 << int(Qt::Key_Up) << 1 << "0.19";
-    QTest::newRow("Down in row 10") << 10 << int(Qt::Key_Down) << 10 << "0.109";
-    // clang-format on
-}
-
 void GridEditorTest::leavingTheEditor() {
-    QFETCH(int, row);
-    QFETCH(int, key);
-    QFETCH(int, rowAfter);
-    QFETCH(QString, textAfter);
-    openOn(row, 1);
-    QTest::keyClick(editor_, Qt::Key_9);
-    QTest::keyClick(editor_, Qt::Key(key));
-    QVERIFY(editor_->isHidden());
-    QCOMPARE(QApplication::focusWidget(), grid_);
-    QCOMPARE(grid_->currentRow(), rowAfter);
-    QCOMPARE(grid_->currentColumn(), 1);
-    QCOMPARE(cell(row, 1), textAfter);
-    QCOMPARE(cell(rowAfter, 1), rowAfter == row ? textAfter : QStringLiteral("0.%1").arg(rowAfter));
-    QCOMPARE(cell(row, 2), QStringLiteral("0.0%1").arg(row));
+    const struct {
+        int row, key, rowAfter;
+        const char* textAfter; // of the edited cell, after typing 9 in the editor
+    } cases[] = {
+        {4, Qt::Key_Return, 4, "0.49"},  {4, Qt::Key_Enter, 4, "0.49"},
+        {4, Qt::Key_Escape, 4, "0.4"},   {5, Qt::Key_Up, 4, "0.59"},
+        {5, Qt::Key_Down, 6, "0.59"},    {1, Qt::Key_Up, 1, "0.19"}, // Up in row 1
+        {10, Qt::Key_Down, 10, "0.109"},                             // Down in row 10
+    };
+    for (const auto& c : cases) {
+        init();
+        openOn(c.row, 1);
+        QTest::keyClick(editor_, Qt::Key_9);
+        QTest::keyClick(editor_, Qt::Key(c.key));
+        QVERIFY(editor_->isHidden());
+        QCOMPARE(QApplication::focusWidget(), grid_);
+        QCOMPARE(QPoint(grid_->currentRow(), grid_->currentColumn()), QPoint(c.rowAfter, 1));
+        QCOMPARE(cell(c.row, 1), QString(c.textAfter));
+        if (c.rowAfter != c.row)
+            QCOMPARE(cell(c.rowAfter, 1), QStringLiteral("0.%1").arg(c.rowAfter));
+        QCOMPARE(cell(c.row, 2), QStringLiteral("0.0%1").arg(c.row));
+    }
 }
 
 void GridEditorTest::segmentColumnIsNeverEdited() {
@@ -136,32 +126,31 @@ void GridEditorTest::cellLeftByMouseOrCodeGetsTheText() {
     QCOMPARE(cell(2, 1), QStringLiteral("1.5"));
 }
 
-void GridEditorTest::panelsWhileEditing_data() {
-    QTest::addColumn<QString>("option");
-    QTest::addColumn<int>("column");
-    QTest::addColumn<QString>("panel"); // empty: none
-    QTest::newRow("user variable, surface") << "mnuOptionsSR3" << 1 << "frmSurfStore";
-    QTest::newRow("user variable, residue") << "mnuOptionsSR3" << 2 << "frmResidueStore";
-    QTest::newRow("% variable, slope") << "mnuOptionsSR1" << 1 << "";
-    QTest::newRow("% variable, residue") << "mnuOptionsSR1" << 2 << "";
-}
-
 void GridEditorTest::panelsWhileEditing() {
-    QFETCH(QString, option);
-    QFETCH(int, column);
-    QFETCH(QString, panel);
+    const struct {
+        const char* option;
+        int column;
+        const char* panel; // empty: none
+    } cases[] = {{"mnuOptionsSR3", 1, "frmSurfStore"},
+                 {"mnuOptionsSR3", 2, "frmResidueStore"},
+                 {"mnuOptionsSR1", 1, ""},
+                 {"mnuOptionsSR1", 2, ""}};
     QWidget* surface = f_->get("frmSurfStore");
     QWidget* residue = f_->get("frmResidueStore");
-    residue->move(0, 0);
-    f_->trigger(option);
-    openOn(5, column);
-    QCOMPARE(!surface->isHidden(), panel == "frmSurfStore");
-    QCOMPARE(!residue->isHidden(), panel == "frmResidueStore");
-    // Moved beside the table, level with its top.
-    QVERIFY(residue->x() > grid_->geometry().right());
-    QCOMPARE(residue->y(), grid_->y());
-    QTest::keyClick(editor_, Qt::Key_Return);
-    QVERIFY(surface->isHidden() && residue->isHidden());
+    for (const auto& c : cases) {
+        residue->move(0, 0);
+        f_->trigger(c.option);
+        openOn(5, c.column);
+        QCOMPARE(Texts({surface->isHidden() ? "" : "frmSurfStore",
+                        residue->isHidden() ? "" : "frmResidueStore"})
+                     .join(""),
+                 QString(c.panel));
+        // Moved beside the table, level with its top.
+        QVERIFY(residue->x() > grid_->geometry().right());
+        QCOMPARE(residue->y(), grid_->y());
+        QTest::keyClick(editor_, Qt::Key_Return);
+        QVERIFY(surface->isHidden() && residue->isHidden());
+    }
 }
 
 QTEST_MAIN(GridEditorTest)

@@ -1,7 +1,6 @@
 // The Help menu's guide window, where the guide is found, the About box's licence line, and the
 // design file named on the command line.
 
-#include "ModalAnswer.h"
 #include "WindowFixture.h"
 #include "command_line.h"
 #include "dialogs/frmAbout.h"

@@ -6,7 +6,6 @@
 // RAINFOLD_MONKEY_EVENTS sets the number of events (1000 by default); RAINFOLD_MONKEY_SEED another
 // seed; RAINFOLD_MONKEY_TRACE set prints every event.
 
-#include "ModalAnswer.h"
 #include "WindowFixture.h"
 
 #include "design_file.h"
@@ -192,24 +191,24 @@ void MonkeyTest::randomUse() {
     start.txtSurfStore = "2";
     start.txtResidue = "20";
     f.w->setDesign(start);
-    QHash<QString, QString> sample; // the sound values of the number fields
-    for (const char* name :
-         {"txtSYL", "txtGPM", "txtAPPL", "txtWetDiam", "txtUk", "txtUN", "txtSurfStore",
-          "txtResidue", "txtKS", "txtHW", "txtThetaS", "txtThetaI", "txtOmega", "txtRzDepth"})
-        sample[name] = f.field(name)->text();
-
     auto* tabs = f.get<QTabWidget>("SSTab1");
     auto* family = f.get<QComboBox>("cboIntakeFamily");
     auto* segments = f.get<QTableWidget>("msgSurfStore");
     auto* results = f.get<QTableWidget>("msgResults");
     auto* editor = f.field("txtEdit");
     QList<QLineEdit*> inputs;
+    QHash<QString, QString> sample; // the sound values of the number fields
     for (const char* name :
          {"txtDescription", "txtLegalID", "txtCounty",    "txtState",   "txtDesigner",
           "txtDate",        "txtSYL",     "txtGPM",       "txtAPPL",    "txtWetDiam",
           "txtUk",          "txtUN",      "txtSurfStore", "txtResidue", "txtKS",
-          "txtHW",          "txtThetaS",  "txtThetaI",    "txtOmega",   "txtRzDepth"})
+          "txtHW",          "txtThetaS",  "txtThetaI",    "txtOmega",   "txtRzDepth"}) {
         inputs << f.field(name);
+        bool number = false;
+        inputs.last()->text().toDouble(&number);
+        if (number)
+            sample[name] = inputs.last()->text();
+    }
     const QStringList options = {"mnuOptionsSR0", "mnuOptionsSR1", "mnuOptionsSR2", "mnuOptionsSR3",
                                  "mnuOptionsGreenAmpt"};
     const QList<int> gridKeys = {Qt::Key_Up,     Qt::Key_Down,   Qt::Key_Left, Qt::Key_Right,

@@ -3,7 +3,6 @@
 // table, and where the focus goes when a family-slot button hides itself. Expected pages and
 // charts come from tests/data/results_page.py.
 
-#include "ModalAnswer.h"
 #include "WindowFixture.h"
 #include "results/ResultsView.h"
 
@@ -136,7 +135,7 @@ void PageChangeTest::modelToggledOnResults() {
     QFETCH(int, page);
     QFETCH(int, chart);
     QFETCH(Texts, buttons);
-    rainfold::DesignRecord d = FromRef(kResultsDesigns[design]);
+    rainfold::DesignRecord d = kResultsDesigns[design];
     d.greenAmpt = greenFirst;
     {
         ModalAnswer none;
@@ -177,7 +176,7 @@ void PageChangeTest::enteredCapacityAtOuterEndIsCurrent() {
     QFETCH(int, chart);
     QFETCH(QString, gpm);
     ModalAnswer none;
-    turnToResults(FromRef(kResultsDesigns[design]));
+    turnToResults(kResultsDesigns[design]);
     QVERIFY(none.boxes.empty());
     QCOMPARE(shownCell(), expectedCell(kResultsCharts[chart]));
 
@@ -191,8 +190,8 @@ void PageChangeTest::enteredCapacityAtOuterEndIsCurrent() {
     const Texts plotted = Written(plot);
     QVERIFY(plotted.contains(capacity));
     QVERIFY(plotted.contains("  at " + gpm + " gpm"));
-    QVERIFY(plotted.contains(
-        QStringLiteral("Distance from Pivot = %1 ft").arg(kResultsDesigns[design].syl)));
+    QVERIFY(plotted.contains(QStringLiteral("Distance from Pivot = %1 ft")
+                                 .arg(QString::fromStdString(kResultsDesigns[design].txtSYL))));
     QVERIFY(plotted.contains(
         QStringLiteral("Percent Runoff = %1%").arg(kResultsPages[page].grid[9][4])));
 }
@@ -206,7 +205,7 @@ void PageChangeTest::openEditIsCommitted_data() {
 void PageChangeTest::openEditIsCommitted() {
     QFETCH(bool, save);
     // Design A with its slope and residue given per segment; row 3's slope is still empty.
-    rainfold::DesignRecord d = FromRef(kResultsDesigns[0]);
+    rainfold::DesignRecord d = kResultsDesigns[0];
     d.surfaceOption = rainfold::kVariableSlopeResidue;
     for (auto& segment : d.segments)
         segment = {"4", "15"};
@@ -262,7 +261,7 @@ void PageChangeTest::focusStaysOnTheSlotButtons() {
     QFETCH(QString, clicks);
     QFETCH(QString, focus);
     ModalAnswer none;
-    turnToResults(FromRef(kResultsDesigns[0]));
+    turnToResults(kResultsDesigns[0]);
     for (const QChar c : clicks)
         QTest::mouseClick(f_->get<QPushButton>(c == 'N' ? "cmdNext" : "cmdPrev"), Qt::LeftButton);
     QCOMPARE(f_->w->focusWidget()->objectName(), focus);

@@ -1,7 +1,6 @@
 // The "Results" side of the window: the checks behind the page change, the page of two complete
 // designs against tests/data/results_page.py, the family-slot buttons, the chart of a cell.
 
-#include "ModalAnswer.h"
 #include "WindowFixture.h"
 #include "results/RateChart.h"
 #include "results/ResultsView.h"
@@ -10,7 +9,6 @@
 #include <QComboBox>
 #include <QGroupBox>
 #include <QPushButton>
-#include <QTabWidget>
 #include <QTableWidget>
 #include <QToolBar>
 
@@ -23,36 +21,6 @@ namespace {
 // Kept apart from the reference pages: kResultsPages holds design A at slots 1, 2, 3, then G.
 enum { kA1, kA2, kA3, kG1 };
 
-// Presses a button on each message box in turn, "O" for OK and "C" for Cancel (OK once the
-// answers run out), and notes each box as "title|icon|page shown|text".
-class Replies {
-public:
-    Replies(QTabWidget* tabs, QString answers) : answers_(std::move(answers)) {
-        QObject::connect(&timer_, &QTimer::timeout, [this, tabs] {
-            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (!box || box == last_)
-                return;
-            last_ = box;
-            const char* icon = box->icon() == QMessageBox::Warning       ? "!"
-                               : box->icon() == QMessageBox::Information ? "i"
-                                                                         : "?";
-            seen << QStringLiteral("%1|%2|%3|%4")
-                        .arg(box->windowTitle(), icon, QString::number(tabs->currentIndex()),
-                             box->text());
-            const bool cancel = answers_.startsWith('C');
-            answers_.remove(0, 1);
-            box->button(cancel ? QMessageBox::Cancel : QMessageBox::Ok)->click();
-        });
-        timer_.start(10);
-    }
-    Texts seen;
-
-private:
-    QString answers_;
-    QTimer timer_;
-    QPointer<QMessageBox> last_;
-};
-
 } // namespace
 
 class ResultsPageTest : public QObject {
@@ -60,13 +28,9 @@ class ResultsPageTest : public QObject {
 
 private slots:
     void init() { f_ = std::make_unique<WindowFixture>(); }
-    void checks_data();
     void checks();
     void completeDesigns();
-    void slotButtons_data();
-    void slotButtons();
-    void prevAndNextRecompute();
-    void cellHighlightAndChart_data();
+    void slotButtonsAndRecomputation();
     void cellHighlightAndChart();
     void engineFaultLeavesTheWindowUsable();
 
@@ -82,12 +46,10 @@ private:
         return page->findChild<QLineEdit*>(name)->text();
     }
     // Puts a design in, edits fields ("txtSYL=3500 ft"), and turns to "Results".
-    void turnToResults(const ResultsRefDesign& ref, const Texts& edits = {}) {
-        f_->w->setDesign(FromRef(ref));
+    void turnToResults(const rainfold::DesignRecord& design, const Texts& edits = {}) {
+        f_->put(design);
         for (const QString& edit : edits)
             f_->field(edit.section('=', 0, 0))->setText(edit.section('=', 1));
-        if (ref.green)
-            f_->trigger("mnuOptionsGreenAmpt");
         tabs()->setCurrentIndex(1);
     }
     // 1 = enabled: File print and plot entries, the four surface-storage options, toolbar
@@ -143,61 +105,51 @@ private:
     std::unique_ptr<WindowFixture> f_;
 };
 
-void ResultsPageTest::checks_data() {
-    QTest::addColumn<int>("design"); // A, or G with the Green-Ampt model on
-    QTest::addColumn<Texts>("edits");
-    QTest::addColumn<QString>("answers");
-    QTest::addColumn<Texts>("boxes");
-    QTest::addColumn<QString>("focus"); // empty: the results are shown
+void ResultsPageTest::checks() {
     const QString excessive = " is excessive.  Press OK to proceed or Cancel to edit.";
     const QString length = "Warning|i|1|System length of  3500 ft feet" + excessive;
-    QTest::newRow("warning cancelled")
-        << 0 << Texts{"txtSYL=3500 ft"} << "C" << Texts{length} << "txtSYL";
-    QTest::newRow("accepted warning goes on to the next check")
-        << 0 << Texts{"txtSYL=3500 ft", "txtGPM=", "txtAPPL=4"} << "O"
-        << Texts{length, "Error|!|0|Invalid system capacity."} << "txtGPM";
-    QTest::newRow("second warning cancelled")
-        << 0 << Texts{"txtSYL=3500 ft", "txtAPPL=4"} << "OC"
-        << Texts{length, "Warning|i|1|Application rate of  4 inches" + excessive} << "txtAPPL";
-    QTest::newRow("error below the low limit")
-        << 0 << Texts{"txtSYL=149.9"} << "" << Texts{"Error|!|0|Invalid system length."}
-        << "txtSYL";
-    QTest::newRow("Green-Ampt conductivity, model on")
-        << 2 << Texts{"txtKS=0"} << ""
-        << Texts{"Error|!|0|Invalid saturated hydraulic conductivity."} << "txtKS";
-    QTest::newRow("Green-Ampt inputs unchecked with the model off")
-        << 0 << Texts{"txtKS=0", "txtOmega=x"} << "" << Texts{} << "";
-    QTest::newRow("no family, with bad Green-Ampt inputs too")
-        << 2 << Texts{"txtKS=0", "family"} << ""
-        << Texts{"Error|!|0|Please select an Intake Family"} << "cboIntakeFamily";
-}
-
-void ResultsPageTest::checks() {
-    QFETCH(int, design);
-    QFETCH(Texts, edits);
-    QFETCH(QString, answers);
-    QFETCH(Texts, boxes);
-    QFETCH(QString, focus);
-    // As if the results of an earlier design were shown.
-    f_->w->setOutputsEnabled(true);
-    f_->w->setSurfaceOptionsEnabled(false);
-    ResultsRefDesign ref = kResultsDesigns[design];
-    if (edits.removeAll("family"))
-        ref.index = -1;
-    Replies replies(tabs(), answers);
-    turnToResults(ref, edits);
-    QCOMPARE(replies.seen, boxes);
-    if (focus.isEmpty()) {
-        QCOMPARE(tabs()->currentIndex(), 1);
-        QCOMPARE(outputsAndOptions(), QStringLiteral("111100001111"));
-        tabs()->setCurrentIndex(0); // back to the input side
-    } else {
-        // The window's focus child: the control that has the focus while the window is active.
-        QVERIFY(f_->w->focusWidget());
-        QCOMPARE(f_->w->focusWidget()->objectName(), focus);
+    const struct {
+        int design; // A, or G with the Green-Ampt model on
+        Texts edits;
+        QString answers; // O for OK, C for Cancel
+        Texts boxes;
+        QString focus; // empty: the results are shown
+    } cases[] = {
+        // clang-format off
+        {0, {"txtSYL=3500 ft"}, "C", {length}, "txtSYL"}, // warning cancelled
+        // an accepted warning goes on to the next check
+        {0, {"txtSYL=3500 ft", "txtGPM=", "txtAPPL=4"}, "O", {length, "Error|!|0|Invalid system capacity."}, "txtGPM"},
+        {0, {"txtSYL=3500 ft", "txtAPPL=4"}, "OC", {length, "Warning|i|1|Application rate of  4 inches" + excessive}, "txtAPPL"},
+        {0, {"txtSYL=149.9"}, "", {"Error|!|0|Invalid system length."}, "txtSYL"},
+        {2, {"txtKS=0"}, "", {"Error|!|0|Invalid saturated hydraulic conductivity."}, "txtKS"},
+        {0, {"txtKS=0", "txtOmega=x"}, "", {}, ""}, // Green-Ampt inputs unchecked with the model off
+        {2, {"txtKS=0", "family"}, "", {"Error|!|0|Please select an Intake Family"}, "cboIntakeFamily"},
+        // clang-format on
+    };
+    for (const auto& c : cases) {
+        init();
+        // As if the results of an earlier design were shown.
+        f_->w->setOutputsEnabled(true);
+        f_->w->setSurfaceOptionsEnabled(false);
+        rainfold::DesignRecord design = kResultsDesigns[c.design];
+        Texts edits = c.edits;
+        if (edits.removeAll("family"))
+            design.intakeFamilyIndex = -1;
+        ModalAnswer replies(c.answers);
+        turnToResults(design, edits);
+        QCOMPARE(replies.lines(), c.boxes);
+        if (c.focus.isEmpty()) {
+            QCOMPARE(tabs()->currentIndex(), 1);
+            QCOMPARE(outputsAndOptions(), QStringLiteral("111100001111"));
+            tabs()->setCurrentIndex(0); // back to the input side
+        } else {
+            // The window's focus child: the control that has the focus while it is active.
+            QVERIFY(f_->w->focusWidget());
+            QCOMPARE(f_->w->focusWidget()->objectName(), c.focus);
+        }
+        QCOMPARE(tabs()->currentIndex(), 0);
+        QCOMPARE(outputsAndOptions(), QStringLiteral("000011110000"));
     }
-    QCOMPARE(tabs()->currentIndex(), 0);
-    QCOMPARE(outputsAndOptions(), QStringLiteral("000011110000"));
 }
 
 void ResultsPageTest::completeDesigns() {
@@ -212,32 +164,29 @@ void ResultsPageTest::completeDesigns() {
     }
 }
 
-void ResultsPageTest::slotButtons_data() {
-    QTest::addColumn<int>("design");
-    QTest::addColumn<int>("listIndex");
-    QTest::addColumn<Texts>("shown"); // as navigation() reads them
-    QTest::newRow("first") << 0 << 0 << Texts{"1", "0.1 NRCS Intake Family", "-", "0.3 Intake"};
-    QTest::newRow("fourth") << 0 << 3
-                            << Texts{"2", "1.0 NRCS Intake Family", "0.5 Intake", "1.5 Intake"};
-    QTest::newRow("seventh") << 0 << 6 << Texts{"3", "3.0 NRCS Intake Family", "2.0 Intake", "-"};
-    QTest::newRow("Green-Ampt") << 2 << 3 << Texts{"2", "Green and Ampt Infiltration", "-", "-"};
-}
+void ResultsPageTest::slotButtonsAndRecomputation() {
+    const struct {
+        int design, listIndex;
+        Texts shown; // as navigation() reads them
+    } cases[] = {
+        {0, 0, {"1", "0.1 NRCS Intake Family", "-", "0.3 Intake"}},
+        {0, 6, {"3", "3.0 NRCS Intake Family", "2.0 Intake", "-"}},
+        {2, 3, {"2", "Green and Ampt Infiltration", "-", "-"}},
+    };
+    for (const auto& c : cases) {
+        init();
+        rainfold::DesignRecord design = kResultsDesigns[c.design];
+        design.intakeFamilyIndex = c.listIndex;
+        ModalAnswer answer;
+        turnToResults(design);
+        QVERIFY(answer.boxes.empty());
+        QCOMPARE(navigation(), c.shown);
+    }
 
-void ResultsPageTest::slotButtons() {
-    QFETCH(int, design);
-    QFETCH(int, listIndex);
-    QFETCH(Texts, shown);
-    ResultsRefDesign ref = kResultsDesigns[design];
-    ref.index = listIndex;
-    ModalAnswer answer;
-    turnToResults(ref);
-    QVERIFY(answer.boxes.empty());
-    QCOMPARE(navigation(), shown);
-}
-
-void ResultsPageTest::prevAndNextRecompute() {
+    init();
     ModalAnswer answer;
     turnToResults(kResultsDesigns[0]);
+    QCOMPARE(navigation(), Texts({"2", "1.0 NRCS Intake Family", "0.5 Intake", "1.5 Intake"}));
     const auto cell = [this] {
         return Texts{QString::number(grid()->currentColumn()), text("txtCol")};
     };
@@ -260,49 +209,41 @@ void ResultsPageTest::prevAndNextRecompute() {
     QVERIFY(answer.boxes.empty());
 }
 
-void ResultsPageTest::cellHighlightAndChart_data() {
-    QTest::addColumn<int>("chart");
-    for (int i = 0; i < int(std::size(kResultsCharts)); ++i) {
-        const ResultsRefChart& c = kResultsCharts[i];
-        QTest::addRow("design %d, row %d, column %d", c.design, c.row, c.column) << i;
+void ResultsPageTest::cellHighlightAndChart() {
+    for (const ResultsRefChart& ref : kResultsCharts) {
+        init();
+        ModalAnswer answer;
+        turnToResults(kResultsDesigns[ref.design]);
+        auto* view = f_->get<RateChart>("MSChart1");
+        const auto location = [this] {
+            return Texts{text("txtCol"), text("txtHP"), text("txtTS"), text("txtTP")};
+        };
+        clickCell(ref.row, ref.column);
+        QCOMPARE(colours(ref.row, ref.column), QStringLiteral("#0000ff #c0c0c0"));
+        QCOMPARE(location(), Texts({QString::number(ref.column), ref.txtHP, ref.txtTS, ref.txtTP}));
+        QVERIFY(!f_->get<QGroupBox>("frmLocation")->isHidden());
+        // Both curves and the ponding marker; the storage marker is one series more.
+        QCOMPARE(view->chart()->series().size(), ref.storage ? 4 : 3);
+
+        // A cell of the first three columns: not highlighted, nothing redrawn, the column noted.
+        QChart* drawn = view->chart();
+        const int row = ref.row == 0 ? 1 : 0;
+        clickCell(row, 2);
+        QCOMPARE(colours(ref.row, ref.column), QStringLiteral("default"));
+        QCOMPARE(colours(row, 2), QStringLiteral("default"));
+        QCOMPARE(location(), Texts({"2", ref.txtHP, ref.txtTS, ref.txtTP}));
+        QCOMPARE(view->chart(), drawn);
+        QVERIFY(answer.boxes.empty());
     }
 }
 
-void ResultsPageTest::cellHighlightAndChart() {
-    QFETCH(int, chart);
-    const ResultsRefChart& ref = kResultsCharts[chart];
-    ModalAnswer answer;
-    turnToResults(kResultsDesigns[ref.design]);
-    auto* view = f_->get<RateChart>("MSChart1");
-    const auto location = [this] {
-        return Texts{text("txtCol"), text("txtHP"), text("txtTS"), text("txtTP")};
-    };
-
-    clickCell(ref.row, ref.column);
-    QCOMPARE(colours(ref.row, ref.column), QStringLiteral("#0000ff #c0c0c0"));
-    QCOMPARE(location(), Texts({QString::number(ref.column), ref.txtHP, ref.txtTS, ref.txtTP}));
-    QVERIFY(!f_->get<QGroupBox>("frmLocation")->isHidden());
-    // Both curves and the ponding marker; the storage marker is one series more.
-    QCOMPARE(view->chart()->series().size(), ref.storage ? 4 : 3);
-
-    // A cell of the first three columns: not highlighted, nothing redrawn, the column noted.
-    QChart* drawn = view->chart();
-    const int row = ref.row == 0 ? 1 : 0;
-    clickCell(row, 2);
-    QCOMPARE(colours(ref.row, ref.column), QStringLiteral("default"));
-    QCOMPARE(colours(row, 2), QStringLiteral("default"));
-    QCOMPARE(location(), Texts({"2", ref.txtHP, ref.txtTS, ref.txtTP}));
-    QCOMPARE(view->chart(), drawn);
-    QVERIFY(answer.boxes.empty());
-}
-
 void ResultsPageTest::engineFaultLeavesTheWindowUsable() {
-    ResultsRefDesign ref = kResultsDesigns[0];
-    ref.index = rainfold::kCustomizedValuesIndex;
+    rainfold::DesignRecord design = kResultsDesigns[0];
+    design.intakeFamilyIndex = rainfold::kCustomizedValuesIndex;
     {
-        Replies replies(tabs(), {});
-        turnToResults(ref, {"txtUk=0", "txtUN=-0.4"});
-        QCOMPARE(replies.seen, Texts{"Error|!|1|K and N must not be 0 for Customized Values."});
+        ModalAnswer replies;
+        turnToResults(design, {"txtUk=0", "txtUN=-0.4"});
+        QCOMPARE(replies.lines(), Texts{"Error|!|1|K and N must not be 0 for Customized Values."});
     }
     QCOMPARE(tabs()->currentIndex(), 0);
     QCOMPARE(outputsAndOptions(), QStringLiteral("000011110000"));
