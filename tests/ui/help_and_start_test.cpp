@@ -125,7 +125,7 @@ void HelpAndStartTest::indexSearch_data() {
     QTest::newRow("first letters") << "wetted" << "inputs.html#wetted-diameter";
     QTest::newRow("any case") << "SEGMENT" << "surface-storage.html#segment-table";
     QTest::newRow("beginning before inside") << "time" << "results.html#rate-chart";
-    QTest::newRow("inside a keyword") << "explorer" << "explorer.html";
+    QTest::newRow("inside a keyword") << "explorer" << "explorer.html#explorer-output";
     QTest::newRow("no such keyword") << "qqq" << "";
     // clang-format on
 }
