@@ -44,10 +44,8 @@ private slots:
     void helpEntries();
     void indexSearch_data();
     void indexSearch();
-    void guideIsFound_data();
     void guideIsFound();
     void aboutNamesTheLicence();
-    void commandLine_data();
     void commandLine();
     void designFileAtStartUp_data();
     void designFileAtStartUp();
@@ -124,7 +122,7 @@ void HelpAndStartTest::indexSearch_data() {
     QTest::newRow("first letters") << "wetted" << "inputs.html#wetted-diameter";
     QTest::newRow("any case") << "SEGMENT" << "surface-storage.html#segment-table";
     QTest::newRow("beginning before inside") << "time" << "results.html#rate-chart";
-    QTest::newRow("inside a keyword") << "explorer" << "explorer.html";
+    QTest::newRow("inside a keyword") << "explorer" << "explorer.html#explorer-output";
     QTest::newRow("no such keyword") << "qqq" << "";
     // clang-format on
 }
@@ -148,30 +146,25 @@ void HelpAndStartTest::indexSearch() {
     }
 }
 
-void HelpAndStartTest::guideIsFound_data() {
-    QTest::addColumn<QString>("program"); // the program's folder, in a temporary tree
-    QTest::addColumn<QString>("page");    // the guide's contents page written there, if any
-    QTest::addColumn<QString>("found");   // the guide folder expected; empty: none
-    // clang-format off
-    QTest::newRow("installed") << "usr/bin" << "usr/share/rainfold/guide/index.html"
-                               << "usr/share/rainfold/guide";
-    QTest::newRow("build folder") << "build/src/app" << "build/src/app/guide/index.html"
-                                  << "build/src/app/guide";
-    QTest::newRow("no contents page") << "usr/bin" << "usr/share/rainfold/guide/x.html" << "";
-    QTest::newRow("nothing") << "usr/bin" << "" << "";
-    // clang-format on
-}
-
+// The guide folder found beside a program's folder, in a temporary tree.
 void HelpAndStartTest::guideIsFound() {
-    QFETCH(QString, program);
-    QFETCH(QString, page);
-    QFETCH(QString, found);
-    QTemporaryDir root;
-    QVERIFY(QDir().mkpath(root.filePath(program)));
-    if (!page.isEmpty())
-        QVERIFY(WriteFile(root.filePath(page), "<html></html>"));
-    QCOMPARE(rainfold::ui::FindGuide(root.filePath(program)),
-             found.isEmpty() ? QString() : root.filePath(found));
+    const struct {
+        QString program, page; // the program's folder; the guide's contents page written, if any
+        QString found;         // the guide folder expected; empty: none
+    } cases[] = {
+        {"usr/bin", "usr/share/rainfold/guide/index.html", "usr/share/rainfold/guide"},
+        {"build/src/app", "build/src/app/guide/index.html", "build/src/app/guide"},
+        {"usr/bin", "usr/share/rainfold/guide/x.html", ""}, // no contents page
+        {"usr/bin", "", ""},
+    };
+    for (const auto& c : cases) {
+        QTemporaryDir root;
+        QVERIFY(QDir().mkpath(root.filePath(c.program)));
+        if (!c.page.isEmpty())
+            QVERIFY(WriteFile(root.filePath(c.page), "<html></html>"));
+        QCOMPARE(rainfold::ui::FindGuide(root.filePath(c.program)),
+                 c.found.isEmpty() ? QString() : root.filePath(c.found));
+    }
     // The program in the build tree finds the source tree's guide.
     QCOMPARE(QFileInfo(rainfold::ui::FindGuide(RAINFOLD_APP_DIR)).canonicalFilePath(),
              QFileInfo(RAINFOLD_GUIDE_DIR).canonicalFilePath());
@@ -185,32 +178,30 @@ void HelpAndStartTest::aboutNamesTheLicence() {
                           "or later."));
 }
 
-void HelpAndStartTest::commandLine_data() {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("action");
-    QTest::addColumn<QString>("file");
-    using A = CommandLine::Action;
-    QTest::newRow("none") << QStringList{} << int(A::Run) << "";
-    QTest::newRow("a design") << QStringList{"north.rfd"} << int(A::Run) << "north.rfd";
-    QTest::newRow("version") << QStringList{"--version"} << int(A::Version) << "";
-    QTest::newRow("short version") << QStringList{"-v"} << int(A::Version) << "";
-    QTest::newRow("help beside a file") << QStringList{"a.rfd", "--help"} << int(A::Help) << "";
-    QTest::newRow("version wins over a bad option")
-        << QStringList{"--bogus", "--version"} << int(A::Version) << "";
-    QTest::newRow("unknown option") << QStringList{"--bogus"} << int(A::UsageError) << "";
-    QTest::newRow("two designs") << QStringList{"a.rfd", "b.rfd"} << int(A::UsageError) << "";
-    QTest::newRow("a name after --") << QStringList{"--", "-odd.rfd"} << int(A::Run) << "-odd.rfd";
-    QTest::newRow("a lone dash is a name") << QStringList{"-"} << int(A::Run) << "-";
-}
-
 void HelpAndStartTest::commandLine() {
-    QFETCH(QStringList, arguments);
-    QFETCH(int, action);
-    QFETCH(QString, file);
-    const CommandLine line = ParseCommandLine(arguments);
-    QCOMPARE(int(line.action), action);
-    QCOMPARE(line.designFile, file);
-    QCOMPARE(line.error.isEmpty(), action != int(CommandLine::Action::UsageError));
+    using A = CommandLine::Action;
+    const struct {
+        QStringList arguments;
+        A action;
+        QString file;
+    } cases[] = {
+        {{}, A::Run, ""},
+        {{"north.rfd"}, A::Run, "north.rfd"},
+        {{"--version"}, A::Version, ""},
+        {{"-v"}, A::Version, ""},
+        {{"a.rfd", "--help"}, A::Help, ""},
+        {{"--bogus", "--version"}, A::Version, ""}, // the version wins over a bad option
+        {{"--bogus"}, A::UsageError, ""},
+        {{"a.rfd", "b.rfd"}, A::UsageError, ""},
+        {{"--", "-odd.rfd"}, A::Run, "-odd.rfd"},
+        {{"-"}, A::Run, "-"}, // a lone dash is a name
+    };
+    for (const auto& c : cases) {
+        const CommandLine line = ParseCommandLine(c.arguments);
+        QVERIFY2(line.action == c.action && line.designFile == c.file &&
+                     line.error.isEmpty() == (c.action != A::UsageError),
+                 qPrintable(c.arguments.join(' ')));
+    }
 }
 
 void HelpAndStartTest::designFileAtStartUp_data() {
