@@ -175,12 +175,9 @@ TEST(CalcResults, FaultsAreReportedNeverNaN) {
         const char *syl, *gpm, *wet;
         bool mustFault;
     } cases[] = {
-        {"0", "900", "60", true},       // no length: 0 / 0 in the peak rate
-        {"", "900", "60", true},        // blank reads as 0
-        {"1320", "100", "60", false},   // first case flow (almost) 0
-        {"1320", "50", "60", false},    // first case flow negative
-        {"1320", "900", "0", false},    // diameter raised to 1.1 ft
-        {"3000", "3000", "150", false}, // limits of the checks
+        {"0", "900", "60", true},    // no length: 0 / 0 in the peak rate
+        {"", "900", "60", true},     // blank reads as 0
+        {"1320", "50", "60", false}, // first case flow negative
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.syl << " " << c.gpm << " " << c.wet);
