@@ -42,7 +42,9 @@ Results Record() {
 }
 
 TEST(ResultsPage, IntakeFamilyPage) {
-    const ResultsPage p = BuildResultsPage(Design(), Record(), 2);
+    DesignRecord d = Design();
+    d.txtWetDiam = "0.5"; // shown as typed: the 1.1 ft floor of the computation is not applied
+    const ResultsPage p = BuildResultsPage(d, Record(), 2);
     EXPECT_EQ(p.fault, "");
     EXPECT_EQ(p.lblGPM, (std::array<std::string, 3>{"800", "900", "1000"}));
     EXPECT_EQ(p.txtHours, (std::array<std::string, 3>{"30.0", "25.5", "25.0"}));
@@ -55,7 +57,8 @@ TEST(ResultsPage, IntakeFamilyPage) {
         const std::string store = i == 9 ? "1" : "0." + std::to_string(i + 1);
         const std::string second = i % 2 == 0 ? "20.0" : "99.0";
         const std::string third = i == 8 ? "100.0" : "0.0";
-        EXPECT_EQ(p.grid[i], (std::array<std::string, 6>{feet, "60", store, "12.3", second, third}))
+        EXPECT_EQ(p.grid[i],
+                  (std::array<std::string, 6>{feet, "0.5", store, "12.3", second, third}))
             << "row " << i;
     }
     // Outer annulus 0.36 of the area: 100 at position 9 alone averages 36.
@@ -84,12 +87,6 @@ TEST(ResultsPage, GreenAmptPageReadsElementOneWhateverTheSlot) {
         EXPECT_EQ(p.grid[4][5], "16.7"); // 16.65 on 15 digits, away from zero
         EXPECT_EQ(p.txtWARP, (std::array<std::string, 3>{"2.0", "4.0", "6.0"}));
     }
-}
-
-TEST(ResultsPage, FloorOfTheWettedDiameterIsNotApplied) {
-    DesignRecord d = Design();
-    d.txtWetDiam = "0.5";
-    EXPECT_EQ(BuildResultsPage(d, Record(), 2).grid[0][1], "0.5");
 }
 
 TEST(ResultsPage, ZeroLengthStopsAtTheWeightedAverage) {

@@ -29,13 +29,6 @@ struct Solve {
     }
 };
 
-TEST(EvalEquation, DepthEquationIsAppliedDepthLessTarget) {
-    EXPECT_NEAR(Depth(kH), kPi / 4 * kP * kH, 1e-12); // half the ellipse by the peak
-    EXPECT_NEAR(EvalEquation("Findt@ss2", kH, EquationParams{0, kP, kH, 3, 0, 0, 0, 0}),
-                Depth(kH) - 3, 1e-12);
-    EXPECT_EQ(EvalEquation("no such equation", 0.3, EquationParams{}), 0.0);
-}
-
 TEST(FindRoot, OrientationFromTheSignAtX1) {
     const double target = Depth(0.35);
     const struct {

@@ -119,8 +119,6 @@ void ResultsPageTest::checks() {
         {0, {"txtSYL=3500 ft"}, "C", {length}, "txtSYL"}, // warning cancelled
         // an accepted warning goes on to the next check
         {0, {"txtSYL=3500 ft", "txtGPM=", "txtAPPL=4"}, "O", {length, "Error|!|0|Invalid system capacity."}, "txtGPM"},
-        {0, {"txtSYL=3500 ft", "txtAPPL=4"}, "OC", {length, "Warning|i|1|Application rate of  4 inches" + excessive}, "txtAPPL"},
-        {0, {"txtSYL=149.9"}, "", {"Error|!|0|Invalid system length."}, "txtSYL"},
         {2, {"txtKS=0"}, "", {"Error|!|0|Invalid saturated hydraulic conductivity."}, "txtKS"},
         {0, {"txtKS=0", "txtOmega=x"}, "", {}, ""}, // Green-Ampt inputs unchecked with the model off
         {2, {"txtKS=0", "family"}, "", {"Error|!|0|Please select an Intake Family"}, "cboIntakeFamily"},

@@ -234,7 +234,6 @@ TEST(PrintReport, CapacityLineIsTheShownCaseFlowBackInGpm) {
         std::string gpm, txtCol, expected;
     } cases[] = {
         {"900", "3", "800"},
-        {"900", "4", "900"},
         {"900", "5", "1000"},
         // No runoff column shown: no case is added, leaving the capacity less 200 gpm.
         {"900", "", "700"},
