@@ -45,8 +45,11 @@ ExplorerPivotChart::ExplorerPivotChart(QWidget* parent) : QChartView(parent) {
 void ExplorerPivotChart::setProfile(const PivotProfile& profile, const QString& caption) {
     QChart* c = chart();
     c->removeAllSeries();
-    for (QAbstractAxis* axis : c->axes())
+    // The chart gives an axis it removes back to its caller.
+    for (QAbstractAxis* axis : c->axes()) {
         c->removeAxis(axis);
+        delete axis;
+    }
     QFont titleFont = c->titleFont();
     titleFont.setPointSizeF(9);
     titleFont.setBold(true);
