@@ -88,17 +88,12 @@ std::string ChartText(const ChartData& d) {
 
 int RunChart(const ChartOptions& options, const CommandOutput& output) {
     DesignRecord design;
-    if (const int failed = LoadCheckedDesign(output, options.file, options.model.greenAmpt, design))
-        return failed;
-    int slot = 0;
-    if (const int unusable = ShownSlot(output, options.model, design, slot))
-        return unusable;
-
     Results results;
+    int slot = 0;
+    if (const int stopped =
+            ComputeShownSlot(output, options.file, options.model, design, results, slot))
+        return stopped;
     const Notify notify = [&](const std::string& m) { output.Notice(m); };
-    const CalcOutcome calc = Calc_Results(design, results, notify);
-    if (!calc.ok())
-        return output.Fail(kExitFault, calc.message);
     const ChartOutcome chart = BuildChart(
         design, results, ChartRequest{options.capacity + 2, options.position - 1, slot}, notify);
     if (!chart.fault.empty())

@@ -1,5 +1,6 @@
 #include "command_support.h"
 
+#include "calc.h"
 #include "checks.h"
 #include "design_file.h"
 #include "json_text.h"
@@ -111,6 +112,18 @@ int ShownSlot(const CommandOutput& output, const ModelOptions& options, const De
         return output.Usage("family slot " + std::to_string(slot) + " is not computed under \"" +
                             SlotFamilyName(design.intakeFamilyIndex, 2) + "\"");
     return kExitOk;
+}
+
+int ComputeShownSlot(const CommandOutput& output, const std::string& file,
+                     const ModelOptions& options, DesignRecord& design, Results& results,
+                     int& slot) {
+    if (const int failed = LoadCheckedDesign(output, file, options.greenAmpt, design))
+        return failed;
+    if (const int unusable = ShownSlot(output, options, design, slot))
+        return unusable;
+    const CalcOutcome calc =
+        Calc_Results(design, results, [&](const std::string& m) { output.Notice(m); });
+    return calc.ok() ? kExitOk : output.Fail(kExitFault, calc.message);
 }
 
 int RunCommandLine(CLI::App& app, int argc, char** argv, const int& exitCode) {

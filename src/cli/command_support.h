@@ -6,6 +6,7 @@
 
 #include "design.h"
 #include "exit_codes.h"
+#include "results.h"
 
 #include <CLI/CLI.hpp>
 
@@ -65,6 +66,13 @@ int LoadCheckedDesign(const CommandOutput& output, const std::string& file, bool
 // after the message, kExitOk when `slot` is set.
 int ShownSlot(const CommandOutput& output, const ModelOptions& options, const DesignRecord& design,
               int& slot);
+
+// What a command that shows one slot does first: opens and checks the design, picks the slot and
+// computes the design, notices going to standard error. Returns 0, or the exit code of what it
+// has already reported.
+int ComputeShownSlot(const CommandOutput& output, const std::string& file,
+                     const ModelOptions& options, DesignRecord& design, Results& results,
+                     int& slot);
 
 // Parses the command line, which runs the chosen command; returns the process's exit code: the
 // one the command left in `exitCode`, 0 for --help and --version, kExitUsage for a command line

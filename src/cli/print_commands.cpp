@@ -71,17 +71,12 @@ std::unique_ptr<QApplication> StartApplication() {
 
 int Run(Page kind, const PrintOptions& options, const CommandOutput& output) {
     DesignRecord design;
-    if (const int failed = LoadCheckedDesign(output, options.file, options.model.greenAmpt, design))
-        return failed;
-    int slot = 0;
-    if (const int unusable = ShownSlot(output, options.model, design, slot))
-        return unusable;
-
     Results results;
+    int slot = 0;
+    if (const int stopped =
+            ComputeShownSlot(output, options.file, options.model, design, results, slot))
+        return stopped;
     const Notify notify = [&](const std::string& m) { output.Notice(m); };
-    const CalcOutcome calc = Calc_Results(design, results, notify);
-    if (!calc.ok())
-        return output.Fail(kExitFault, calc.message);
 
     PrintInputs in;
     in.design = design;

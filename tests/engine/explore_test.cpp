@@ -6,6 +6,7 @@
 #include "checks.h"
 #include "design_file.h"
 #include "explore.h"
+#include "random_design.h"
 #include "results_page.h"
 
 #include <gtest/gtest.h>
@@ -20,12 +21,6 @@
 
 namespace rainfold {
 namespace {
-
-std::string Text(double x) {
-    char buf[32];
-    std::snprintf(buf, sizeof buf, "%.6g", x);
-    return buf;
-}
 
 // The middle weighted average of the results page after a full computation; empty on a fault.
 std::optional<double> PageAverage(const DesignRecord& d) {
@@ -47,40 +42,6 @@ DesignRecord Example(const char* name, bool greenAmpt) {
     if (IsBlank(d.txtKS)) // a design file made for the intake families
         d.txtKS = "10", d.txtHW = "110";
     return d;
-}
-
-DesignRecord RandomDesign(std::mt19937& rng, bool greenAmpt) {
-    auto u = [&rng](double lo, double hi) { return std::uniform_real_distribution<>(lo, hi)(rng); };
-    DesignRecord d;
-    d.txtSYL = Text(u(150, 3200));
-    d.txtGPM = Text(u(110, 3200));
-    d.txtAPPL = Text(u(0.25, 3.2));
-    d.txtWetDiam = Text(u(1, 160));
-    d.intakeFamilyIndex = std::uniform_int_distribution<>(0, 7)(rng);
-    d.txtUk = Text(u(1, 120));
-    d.txtUN = Text(u(-0.9, -0.05));
-    d.surfaceOption = std::uniform_int_distribution<>(0, 3)(rng);
-    const bool storage = d.surfaceOption >= kUserConstant;
-    d.txtSurfStore = Text(storage ? u(0, 0.6) : u(0.1, 40));
-    d.txtResidue = Text(storage ? u(0, 0.4) : u(0, 100));
-    for (SegmentRow& row : d.segments)
-        row = storage ? SegmentRow{Text(u(0, 0.6)), Text(u(0, 0.5))}
-                      : SegmentRow{Text(u(0, 10)), Text(u(0, 100))};
-    d.greenAmpt = greenAmpt;
-    const double thetaS = u(0.3, 0.5);
-    d.txtKS = Text(u(0.5, 60));
-    d.txtHW = Text(u(20, 300));
-    d.txtThetaS = Text(thetaS);
-    d.txtThetaI = Text(u(0.02, thetaS - 0.02));
-    d.txtOmega = Text(u(-0.0005, 0.002));
-    return d;
-}
-
-bool PassesChecks(const DesignRecord& d) {
-    for (const CheckFailure& f : CheckDesign(d))
-        if (f.kind == CheckKind::Error)
-            return false;
-    return true;
 }
 
 // The examples, then random designs under each model: the design itself and a point of its map

@@ -11,6 +11,7 @@
 #include "calc.h"
 #include "checks.h"
 #include "pattern.h"
+#include "random_design.h"
 
 #include <gtest/gtest.h>
 
@@ -21,39 +22,6 @@
 
 namespace rainfold {
 namespace {
-
-std::string Text(double x) {
-    char buf[32];
-    std::snprintf(buf, sizeof buf, "%.6g", x);
-    return buf;
-}
-
-DesignRecord RandomDesign(std::mt19937& rng) {
-    auto u = [&rng](double lo, double hi) { return std::uniform_real_distribution<>(lo, hi)(rng); };
-    DesignRecord d;
-    d.txtSYL = Text(u(140, 3500));
-    d.txtGPM = Text(u(90, 3500));
-    d.txtAPPL = Text(u(0.2, 3.5));
-    d.txtWetDiam = Text(u(0.5, 170));
-    d.intakeFamilyIndex = std::uniform_int_distribution<>(0, 7)(rng);
-    d.txtUk = Text(u(1, 120));
-    d.txtUN = Text(u(-0.9, -0.05));
-    d.surfaceOption = std::uniform_int_distribution<>(0, 3)(rng);
-    const bool storage = d.surfaceOption >= kUserConstant;
-    d.txtSurfStore = Text(storage ? u(0, 0.6) : u(0, 45));
-    d.txtResidue = Text(storage ? u(0, 0.5) : u(0, 105));
-    for (SegmentRow& row : d.segments)
-        row = storage ? SegmentRow{Text(u(0, 0.6)), Text(u(0, 0.5))}
-                      : SegmentRow{Text(u(0, 10)), Text(u(0, 100))};
-    return d;
-}
-
-bool PassesChecks(const DesignRecord& d) {
-    for (const CheckFailure& f : CheckDesign(d))
-        if (f.kind == CheckKind::Error)
-            return false;
-    return true; // warnings accepted
-}
 
 TEST(Properties, RandomCheckedDesigns) {
     std::mt19937 rng(20240611);
