@@ -1,5 +1,7 @@
 #include "csv_reader.h"
 
+#include "code_page.h"
+
 namespace rainfold::cli {
 
 std::vector<CsvRecord> ReadCsv(const std::string& text) {
@@ -100,38 +102,12 @@ bool IsUtf8(const std::string& text) {
     return true;
 }
 
-void AppendUtf8(unsigned code, std::string& out) {
-    if (code < 0x80) {
-        out += static_cast<char>(code);
-    } else if (code < 0x800) {
-        out += static_cast<char>(0xC0 | (code >> 6));
-        out += static_cast<char>(0x80 | (code & 0x3F));
-    } else {
-        out += static_cast<char>(0xE0 | (code >> 12));
-        out += static_cast<char>(0x80 | ((code >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (code & 0x3F));
-    }
-}
-
-// Windows-1252 bytes 0x80 to 0x9F; the five it leaves undefined keep their Latin-1 meaning.
-constexpr unsigned kCp1252High[32] = {
-    0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178,
-};
-
 } // namespace
 
 std::string CsvTextAsUtf8(const std::string& bytes) {
     if (IsUtf8(bytes))
         return bytes;
-    std::string out;
-    out.reserve(bytes.size() + bytes.size() / 8);
-    for (char ch : bytes) {
-        const unsigned c = static_cast<unsigned char>(ch);
-        AppendUtf8(c >= 0x80 && c < 0xA0 ? kCp1252High[c - 0x80] : c, out);
-    }
-    return out;
+    return Cp1252ToUtf8(bytes);
 }
 
 std::string CsvField(const std::string& text) {
