@@ -13,17 +13,12 @@
 #include <QPushButton>
 #include <QSignalSpy>
 
-namespace {
-
 // The weighted average runoff of the middle case on the results page of a design; -1 if none.
-double PageAverage(const rainfold::DesignRecord& d) {
+static double PageAverage(const rainfold::DesignRecord& d) {
     rainfold::Results r;
-    return rainfold::Calc_Results(d, r).ok()
-               ? *rainfold::BuildResultsPage(d, r, 2).WeightedRunoff[2]
-               : -1;
+    const bool ok = rainfold::Calc_Results(d, r).ok();
+    return ok ? *rainfold::BuildResultsPage(d, r, 2).WeightedRunoff[2] : -1;
 }
-
-} // namespace
 
 class ExplorerTest : public QObject {
     Q_OBJECT
@@ -71,11 +66,16 @@ private slots:
         const QString diameter = answer.mid(prefix.size()).section(QLatin1Char(' '), 0, 0);
         f.get<QTabWidget>("SSTab1")->setCurrentIndex(1);
         explorer->findChild<QPushButton*>("cmdUseDiameter")->click();
-        QCOMPARE(f.field("txtWetDiam")->text(), diameter);
         QCOMPARE(f.get<QTabWidget>("SSTab1")->currentIndex(), 0);
+        rainfold::DesignRecord at = f.w->design();
+        // Then the largest depth per pass at that diameter, taken back into its own field.
+        const QString depth = explorer->findChild<QLabel*>("lblDepthAnswer")->text();
+        QVERIFY2(depth.startsWith("Largest depth per pass"), qPrintable(depth));
+        explorer->findChild<QPushButton*>("cmdUseDepth")->click();
+        QCOMPARE(Texts({f.field("txtWetDiam")->text(), f.field("txtAPPL")->text()}),
+                 Texts({diameter, depth.section(' ', -2, -2)}));
 
         // The results page agrees: no runoff at that diameter, some at 0.1 ft less.
-        rainfold::DesignRecord at = f.w->design();
         QCOMPARE(PageAverage(at), 0.0);
         at.txtWetDiam = QString::number(diameter.toDouble() - 0.1, 'f', 1).toStdString();
         QVERIFY(PageAverage(at) > 0);

@@ -19,11 +19,10 @@ private slots:
     void resultsFollowTheModel() {
         // Design A (an intake family) or G, its model ticked or not on "Results" after the first
         // page change showed the other model.
-        for (const int design : {0, 2})
+        for (const bool green : {false, true})
             for (const bool toggle : {false, true}) {
                 init();
-                const bool green = design == 2;
-                rainfold::DesignRecord d = kResultsDesigns[design];
+                rainfold::DesignRecord d = kResultsDesigns[green ? 2 : 0];
                 d.greenAmpt = green != toggle;
                 ModalAnswer none;
                 turnToResults(d);
