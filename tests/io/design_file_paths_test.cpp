@@ -11,108 +11,63 @@
 #include <dirent.h>
 #include <filesystem>
 #include <fstream>
-#include <grp.h>
 #include <iterator>
-#include <pwd.h>
 #include <sstream>
-#include <sys/prctl.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace rainfold {
 namespace {
 
-// The user the cases run as: root may read or write a mode 000 or read-only file, which would hide
-// what a user sees, so root runs them as "nobody". Null when there is no such user.
-const passwd* Unprivileged() {
-    return ::geteuid() == 0 ? ::getpwnam("nobody") : ::getpwuid(::geteuid());
-}
-
-// Runs `piece` in a child process as the unprivileged user and gives back the text it returned;
-// a child that crashes, aborts or hangs for 20 s gives "died".
-template <class Piece> std::string RunUnprivileged(Piece piece) {
-    int channel[2];
-    if (::pipe(channel) != 0)
-        return "no pipe";
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::close(channel[0]);
-        ::alarm(20);
-        const passwd* user = Unprivileged();
-        if (::geteuid() == 0 && (::setgroups(0, nullptr) != 0 || ::setgid(user->pw_gid) != 0 ||
-                                 ::setuid(user->pw_uid) != 0))
-            ::_exit(2);
-        ::prctl(PR_SET_DUMPABLE, 1); // as any process of that user: its /proc entries are its own
-        const std::string said = piece();
-        for (size_t done = 0; done < said.size();) {
-            const ssize_t n = ::write(channel[1], said.data() + done, said.size() - done);
-            if (n <= 0)
-                ::_exit(3);
-            done += static_cast<size_t>(n);
-        }
-        ::_exit(0);
-    }
-    ::close(channel[1]);
-    std::string said;
-    char buffer[4096];
-    for (ssize_t n; (n = ::read(channel[0], buffer, sizeof buffer)) > 0;)
-        said.append(buffer, static_cast<size_t>(n));
-    ::close(channel[0]);
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? said : "died";
-}
-
-// A folder the unprivileged user may write in, removed with all it holds; each case gets a fresh
-// folder inside it.
+// Each case gets a fresh folder in one removed with all it holds. Root may read or write a mode
+// 000 or read-only file, which would hide what a user sees: as root, CTest runs these cases as
+// "nobody" (tests/CMakeLists.txt).
 class DesignFileByPath : public ::testing::Test {
 protected:
     void SetUp() override {
-        if (!Unprivileged())
-            GTEST_SKIP() << "running as root with no user \"nobody\" to run as";
+        if (::geteuid() == 0)
+            GTEST_SKIP() << "running as root: these cases need an unprivileged user, which CTest "
+                            "gives them through setpriv when there is a user \"nobody\"";
         std::string pattern =
             (std::filesystem::temp_directory_path() / "rainfold-io-XXXXXX").string();
         ASSERT_TRUE(::mkdtemp(pattern.data()));
-        ::chmod(pattern.c_str(), 0777);
         root_ = pattern;
+        mask_ = ::umask(027);
     }
     void TearDown() override {
+        ::umask(mask_);
         std::error_code ignored;
         std::filesystem::remove_all(root_, ignored);
     }
     // Prepares a fresh folder by `steps` ("file NAME MODE" holding `bytes`, "link NAME TARGET",
-    // "fifo NAME", "dir NAME", "chmod NAME MODE") and runs `piece` on it as the unprivileged user.
+    // "fifo NAME", "dir NAME", "chmod NAME MODE") and runs `piece` on it.
     template <class Piece>
     std::string InFreshFolder(const std::string& steps, const std::string& bytes, Piece piece) {
         const std::string dir = root_ + "/" + std::to_string(cases_++);
-        return RunUnprivileged([&] {
-            ::umask(027);
-            if (::mkdir(dir.c_str(), 0755) != 0)
-                return std::string("no folder");
-            std::istringstream in(steps);
-            for (std::string verb, name, more; in >> verb >> name;) {
-                const std::string at = dir + "/" + name;
-                if (verb == "file")
-                    std::ofstream(at, std::ios::binary) << bytes;
-                if ((verb == "file" || verb == "chmod") && in >> more)
-                    ::chmod(at.c_str(), Mode(more));
-                else if (verb == "link" && in >> more)
-                    (void)!::symlink(more.c_str(), at.c_str());
-                else if (verb == "fifo")
-                    ::mkfifo(at.c_str(), 0644);
-                else if (verb == "dir")
-                    ::mkdir(at.c_str(), 0755);
-            }
-            const std::string said = piece(dir);
-            ::chmod(dir.c_str(), 0755); // so that the folder can be removed
-            return said;
-        });
+        if (::mkdir(dir.c_str(), 0755) != 0)
+            return "no folder";
+        std::istringstream in(steps);
+        for (std::string verb, name, more; in >> verb >> name;) {
+            const std::string at = dir + "/" + name;
+            if (verb == "file")
+                std::ofstream(at, std::ios::binary) << bytes;
+            if ((verb == "file" || verb == "chmod") && in >> more)
+                ::chmod(at.c_str(), static_cast<mode_t>(std::stoi(more, nullptr, 8)));
+            else if (verb == "link" && in >> more)
+                (void)!::symlink(more.c_str(), at.c_str());
+            else if (verb == "fifo")
+                ::mkfifo(at.c_str(), 0644);
+            else if (verb == "dir")
+                ::mkdir(at.c_str(), 0755);
+        }
+        const std::string said = piece(dir);
+        ::chmod(dir.c_str(), 0755); // so that the folder can be removed
+        return said;
     }
 
 private:
-    static mode_t Mode(const std::string& octal) { return std::stoi(octal, nullptr, 8); }
     std::string root_;
+    mode_t mask_ = 0;
     int cases_ = 0;
 };
 
@@ -135,7 +90,8 @@ const std::string kGood =
     "\"10\",\"110\",\"0.45\",\"0.25\",\"1000\",\"0.0002\"\r\n";
 
 TEST_F(DesignFileByPath, OpenAnswersEveryKindOfPath) {
-    const std::string opened = "opened Smith Farms|1300|800|1.0|40|0.0002";
+    const std::string opened = "opened Smith Farms|NE|1300|800|1.0|40|2|0|20|0.0002";
+    const std::string families = "\r\n2\r\n0\r\n"; // records 6 and 8
     const struct {
         const char* name;
         std::string bytes;    // of the file a.rfd, unless `steps` says otherwise
@@ -159,30 +115,48 @@ TEST_F(DesignFileByPath, OpenAnswersEveryKindOfPath) {
         {"no CR LF after the last record", kGood.substr(0, kGood.size() - 2), opened},
         {"cut after a comma of the last record", kGood.substr(0, kGood.size() - 10),
          "the file ends inside record 10."},
+        {"blanks before items, an empty record 8 read as option 0",
+         Replace(Replace(Replace(kGood, "\"Custer\",\"NE\"", " \"Custer\",  \"NE\""), families,
+                         "\r\n 5\r\n\r\n"),
+                 "\"Smith", "  \"Smith"),
+         "opened Smith Farms|NE|1300|800|1.0|40|5|0|20|0.0002"},
         {"unquoted items",
          Replace(Replace(Replace(kGood, "\"1300\",\"800\",\"1.0\",\"40\"", "1300,0800,1.50,+40"),
                          "\"Smith Farms\"", " Smith 7 "),
                  "\"0.0002\"", "2E-4"),
-         "opened Smith 7|1300|800|1.5|40|0.0002"},
+         "opened Smith 7|NE|1300|800|1.5|40|2|0|20|0.0002"},
         {"numbers beyond a double keep their text",
          Replace(kGood, "\"1300\",\"800\"", "1e400,-1E999"),
-         "opened Smith Farms|1e400|-1E999|1.0|40|0.0002"},
+         "opened Smith Farms|NE|1e400|-1E999|1.0|40|2|0|20|0.0002"},
         {"Windows-1252 bytes",
          Replace(kGood, "Smith Farms", "Smith\x92s Farms \x96 north \x80\x81\xE9"),
-         "opened Smith\u2019s Farms \u2013 north \u20AC\u0081\u00E9|1300|800|1.0|40|0.0002"},
+         "opened Smith\u2019s Farms \u2013 north "
+         "\u20AC\u0081\u00E9|NE|1300|800|1.0|40|2|0|20|0.0002"},
+        // Items do not run on into the next line: a short record is an error naming it.
         {"record of one item", Replace(kGood, "\"Custer\",\"NE\"", "\"Custer\""),
          "record 3 has 1 item, 2 expected."},
+        {"family above 7", Replace(kGood, families, "\r\n8\r\n0\r\n"),
+         "record 6 has intake-family index 8, -1 to 7 expected."},
+        {"family below -1", Replace(kGood, families, "\r\n-2\r\n0\r\n"),
+         "record 6 has intake-family index -2, -1 to 7 expected."},
+        {"option above 3", Replace(kGood, families, "\r\n2\r\n4\r\n"),
+         "record 8 has surface-storage option 4, 0 to 3 expected."},
+        {"option below 0", Replace(kGood, families, "\r\n2\r\n-1\r\n"),
+         "record 8 has surface-storage option -1, 0 to 3 expected."},
     };
     for (const auto& c : cases) {
         const std::string got = InFreshFolder(c.steps, c.bytes, [&](const std::string& dir) {
             const std::string path = c.path[0] == '/' ? c.path : dir + "/" + c.path;
             DesignRecord before;
             before.txtDescription = "untouched";
+            before.surfaceOption = kUserVariable;
             DesignRecord d = before;
             const FileOutcome out = OpenDesign(path, d);
             if (out.ok)
-                return "opened " + d.txtDescription + "|" + d.txtSYL + "|" + d.txtGPM + "|" +
-                       d.txtAPPL + "|" + d.txtWetDiam + "|" + d.txtOmega;
+                return "opened " + d.txtDescription + "|" + d.txtState + "|" + d.txtSYL + "|" +
+                       d.txtGPM + "|" + d.txtAPPL + "|" + d.txtWetDiam + "|" +
+                       std::to_string(d.intakeFamilyIndex) + "|" + std::to_string(d.surfaceOption) +
+                       "|" + d.txtResidue + "|" + d.txtOmega;
             const std::string said = After(out.message, "Could not open " + path + ": ");
             return d == before ? said : said + " (and the design changed)";
         });
@@ -190,12 +164,12 @@ TEST_F(DesignFileByPath, OpenAnswersEveryKindOfPath) {
     }
 }
 
-// "Smith’s Farms – north" in Windows-1252: the apostrophe and the dash are one byte each.
-const std::string kNewBytes =
-    "\"Smith\x92s Farms \x96 north\"\r\n\"\"\r\n\"\",\"\"\r\n\"\",\"\"\r\n\"\",\"\",\"\",\"\"\r\n"
-    "2\r\n0\r\n\"\",\"\"\r\n\"\",\"\",\"\",\"\",\"\",\"\"\r\n";
+// "Müller’s Farms – 5° north" in Windows-1252: every letter and sign is one byte.
+const std::string kNewBytes = "\"M\xFCller\x92s Farms \x96 5\xB0 "
+                              "north\"\r\n\"\"\r\n\"\",\"\"\r\n\"\",\"\"\r\n\"\",\"\",\"\",\"\"\r\n"
+                              "2\r\n0\r\n\"\",\"\"\r\n\"\",\"\",\"\",\"\",\"\",\"\"\r\n";
 const std::string kOldBytes = "old design\r\n";
-const std::string kTyped = "Smith\u2019s Farms \u2013 north";
+const std::string kTyped = "M\u00FCller\u2019s Farms \u2013 5\u00B0 north";
 
 // The kind, permission bits and contents ("new", "old" or "other") of the file at a path.
 std::string Describe(const std::string& path) {
