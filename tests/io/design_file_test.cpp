@@ -10,19 +10,11 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <ostream>
 #include <random>
 #include <string>
 #include <unistd.h>
 
 namespace rainfold {
-
-// Readable failures: a design shows as the file it would make.
-void PrintTo(const DesignRecord& d, std::ostream* os) {
-    std::string bytes;
-    SerializeDesign(d, bytes);
-    *os << bytes;
-}
 
 namespace {
 
@@ -102,7 +94,7 @@ TEST(ParseDesign, FileCutShortChangesNothing) {
         const FileOutcome out = ParseDesign(good.substr(0, n), "design.rfd", d);
         EXPECT_FALSE(out.ok) << n;
         EXPECT_EQ(out.message.rfind("Could not open design.rfd: ", 0), 0u) << n;
-        EXPECT_EQ(d, before) << n;
+        EXPECT_TRUE(d == before) << n;
     }
 }
 
@@ -128,17 +120,14 @@ std::string Text(std::mt19937& rng) {
     };
     std::string s;
     for (int n = between(0, 7) ? between(1, 12) : 0; n > 0; --n) {
-        const int kind = between(0, 9), code = between(0xB0, 0xFF);
-        if (kind < 2) {
-            s += kind ? ' ' : ',';
-        } else if (kind == 2) { // not the multiplication and division signs
-            const int letter = code == 0xD7 || code == 0xF7 ? 0xE9 : code;
-            s += {static_cast<char>(0xC0 | (letter >> 6)),
-                  static_cast<char>(0x80 | (letter & 0x3F))};
-        } else {
-            const char c = static_cast<char>(between(0x20, 0x7E));
-            s += c == '"' ? '\'' : c;
-        }
+        const int kind = between(0, 9);
+        int c = kind < 2 ? " ,"[kind] : kind == 2 ? between(0xB0, 0xFF) : between(0x20, 0x7E);
+        if (c == '"' || c == 0xD7 || c == 0xF7) // nor the multiplication and division signs
+            c = c == '"' ? '\'' : 0xE9;
+        if (c < 0x80)
+            s += static_cast<char>(c);
+        else
+            s += {static_cast<char>(0xC0 | (c >> 6)), static_cast<char>(0x80 | (c & 0x3F))};
     }
     return s;
 }

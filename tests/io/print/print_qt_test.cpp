@@ -5,12 +5,7 @@
 #include "dialogs/frmPreview.h"
 #include "printing.h"
 
-#include <QApplication>
-#include <QFile>
-#include <QImage>
-#include <QMenuBar>
-#include <QPainter>
-#include <QTemporaryDir>
+#include <QtWidgets>
 
 #include <gtest/gtest.h>
 
@@ -34,8 +29,8 @@ bool AnyDark(const QImage& image, const QRect& area) {
     return false;
 }
 
-TEST(QPainterSurface, WritesMoveThePositionByTheMeasuredText) {
-    QImage image = TwipImage(4000, 2000);
+TEST(QPainterSurface, WritesByTheMeasuredTextAndDrawsInTwips) {
+    QImage image = TwipImage(4000, 3000);
     QPainter painter(&image);
     QPainterSurface s(painter, 4000);
     s.SetFontName("Times New Roman");
@@ -56,28 +51,22 @@ TEST(QPainterSurface, WritesMoveThePositionByTheMeasuredText) {
     EXPECT_LT(lineHeight, 400);
     s.SetFontBold(true);
     EXPECT_GT(s.TextWidth("Rainfold"), width);
+
+    s.Line(100, 1500, 2900, 1500);
+    QImage red(10, 10, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    s.PaintPicture(MakePicture(red, 400, 200), 1000, 2000);
+    s.PaintPicture(Picture{}, 0, 0); // nothing to paint
     painter.end();
     // The text lies right of and below its top-left corner.
     EXPECT_TRUE(AnyDark(image, QRect(100, 200, static_cast<int>(width), 240)));
     EXPECT_FALSE(AnyDark(image, QRect(0, 0, 4000, 190)));
-}
-
-TEST(QPainterSurface, DrawsLinesAndPicturesInTwips) {
-    QImage image = TwipImage(3000, 3000);
-    QPainter painter(&image);
-    QPainterSurface s(painter, 3000);
-    s.Line(100, 500, 2900, 500);
-    QImage red(10, 10, QImage::Format_RGB32);
-    red.fill(Qt::red);
-    s.PaintPicture(MakePicture(red, 400, 200), 1000, 1000);
-    s.PaintPicture(Picture{}, 0, 0); // nothing to paint
-    painter.end();
-    EXPECT_TRUE(AnyDark(image, QRect(1500, 495, 1, 10)));
-    EXPECT_FALSE(AnyDark(image, QRect(1500, 520, 1, 400)));
-    EXPECT_EQ(image.pixel(1005, 1005), QColor(Qt::red).rgb());
-    EXPECT_EQ(image.pixel(1395, 1195), QColor(Qt::red).rgb());
-    EXPECT_EQ(image.pixel(1405, 1100), QColor(Qt::white).rgb());
-    EXPECT_EQ(image.pixel(1100, 1205), QColor(Qt::white).rgb());
+    EXPECT_TRUE(AnyDark(image, QRect(1500, 1495, 1, 10)));
+    EXPECT_FALSE(AnyDark(image, QRect(1500, 1520, 1, 400)));
+    EXPECT_EQ(image.pixel(1005, 2005), QColor(Qt::red).rgb());
+    EXPECT_EQ(image.pixel(1395, 2195), QColor(Qt::red).rgb());
+    EXPECT_EQ(image.pixel(1405, 2100), QColor(Qt::white).rgb());
+    EXPECT_EQ(image.pixel(1100, 2205), QColor(Qt::white).rgb());
 }
 
 TEST(WritePdf, WritesOneLetterPageOrSaysItCannot) {
@@ -95,7 +84,7 @@ TEST(WritePdf, WritesOneLetterPageOrSaysItCannot) {
     EXPECT_FALSE(WritePdf(dir.filePath("no/such/folder/page.pdf"), [](DrawingSurface&) {}));
 }
 
-TEST(frmPreview, OpensEmptyAtPageSizeAndDrawsOnItsOwnPicture) {
+TEST(frmPreview, OpensEmptyAtPageSizeDrawsAndPrintsItsOwnPicture) {
     QWidget main;
     main.setGeometry(100, 50, 1200, 800);
     frmPreview preview(&main);
@@ -122,19 +111,13 @@ TEST(frmPreview, OpensEmptyAtPageSizeAndDrawsOnItsOwnPicture) {
     next.Open(&main, "Plot Preview", [](DrawingSurface&) {});
     EXPECT_EQ(next.windowTitle(), "Plot Preview");
     EXPECT_FALSE(AnyDark(next.picture().toImage(), next.picture().rect()));
-}
 
-TEST(frmPreview, PrintPutsTheWindowPictureOnPaperAndCloses) {
-    QTemporaryDir dir;
-    frmPreview preview;
-    preview.Open(nullptr, "Plot Preview", [](DrawingSurface& s) { s.Line(0, 100, 12240, 100); });
+    // Cancelling the print dialog leaves the preview open; printing closes it.
     preview.show();
-
-    // Cancelling the print dialog leaves the preview open.
     preview.setPrinterChooser([](QPrinter&, QWidget*) { return false; });
     preview.MnuPrint_Click();
     EXPECT_TRUE(preview.isVisible());
-
+    QTemporaryDir dir;
     const QString file = dir.filePath("preview.pdf");
     preview.setPrinterChooser([&](QPrinter& printer, QWidget*) {
         printer.setOutputFormat(QPrinter::PdfFormat);
