@@ -18,19 +18,15 @@ namespace {
 
 constexpr double kHalf = 6120;
 
-struct Font {
-    double size;
-    bool bold, underline, italic;
-};
-constexpr Font k8{8, false, false, false}, k12{12, false, false, false},
-    k14Heading{14, true, true, false}, k14Result{14, true, false, true};
+// Fonts as size/bold underline italic.
+const std::string k8 = "8/000", k12 = "12/000", k14Heading = "14/110", k14Result = "14/101";
 
 // An item written: its text, place, font and whether it ends the line (" |").
-std::string Item(const std::string& text, double x, double y, Font f, bool finished) {
-    char rest[96];
-    std::snprintf(rest, sizeof rest, " @ %.10g,%.10g %g/%d%d%d%s", x, y, f.size, f.bold,
-                  f.underline, f.italic, finished ? " |" : "");
-    return text + rest;
+std::string Item(const std::string& text, double x, double y, const std::string& font,
+                 bool finished) {
+    char at[64];
+    std::snprintf(at, sizeof at, " @ %.10g,%.10g ", x, y);
+    return text + at + font + (finished ? " |" : "");
 }
 using Items = std::vector<std::string>;
 
@@ -76,7 +72,7 @@ PrintInputs Sample() {
 Items Header(const PrintInputs& in, const std::vector<std::string>& right, double resultY) {
     Items e = {
         Item("Version 1.0.0", 720, 720, k8, false),
-        Item("Rainfold", kHalf - 800, 720, {20, false, false, false}, false),
+        Item("Rainfold", kHalf - 800, 720, "20/000", false),
         Item("11/23/2026", 12240 - 800 - 720, 720, k8, true),
         Item("General Information", 720, 1440, k14Heading, true),
         Item("Producer: " + in.design.txtDescription, 720, 1776, k12, false),
@@ -104,9 +100,10 @@ Items Texts(const RecordingSurface& s) {
     for (const SurfaceOp& op : s.ops())
         if (op.kind == SurfaceOp::Text) {
             EXPECT_EQ(op.font.name, "Times New Roman") << op.text;
-            items.push_back(Item(op.text, op.x, op.y,
-                                 {op.font.size, op.font.bold, op.font.underline, op.font.italic},
-                                 op.end == LineEnd::Finished));
+            char font[32];
+            std::snprintf(font, sizeof font, "%g/%d%d%d", op.font.size, op.font.bold,
+                          op.font.underline, op.font.italic);
+            items.push_back(Item(op.text, op.x, op.y, font, op.end == LineEnd::Finished));
         }
     return items;
 }
@@ -168,35 +165,28 @@ TEST(PrintReport, EveryLineWhereThePageRulesPutIt) {
         Items e = Header(in, {c.modelLine, c.storageLine, c.residueLine, ""}, y);
         e.push_back(Item("", 0, y + 336, k14Result, true));
         y += 2 * 336;
-        // Headings centred on 3620 + 1000 k, data 150 further right.
+        // Columns 1000 apart, headings centred from 3620 and data 150 further right; under the
+        // varying options the two segment columns take the diameter's place.
         const bool varies = !c.segment.empty();
         const Headings segment = varies ? c.segment : Headings(3);
-        const double shift = varies ? 1000 : 0;
-        const auto columns = [&](double base, std::vector<std::string> texts,
-                                 const std::vector<std::string>& segment) {
+        const auto row = [&](double y, double base, std::vector<std::string> texts,
+                             const std::vector<std::string>& segment) {
+            if (varies)
+                texts[1] = segment[0], texts.insert(texts.begin() + 2, segment[1]);
             std::vector<std::pair<std::string, double>> cells;
             for (size_t k = 0; k < texts.size(); ++k)
-                cells.push_back({texts[k], base + 1000 * k + (k >= 2 ? shift : 0)});
-            if (varies) {
-                cells[1] = {segment[0], base + 1000};
-                cells.insert(cells.begin() + 2, {segment[1], base + 2000});
-            }
-            return cells;
+                cells.push_back({texts[k], base + 1000.0 * k});
+            Line(e, y, cells);
         };
         const auto& gpm = in.page.lblGPM;
-        Line(e, y, columns(3620, {"System", "Wetted", "Surface"}, segment[0]));
-        Line(e, y + 288,
-             columns(3620, {"Length", "Diameter", "Storage", gpm[0], gpm[1], gpm[2]}, segment[1]));
-        Line(e, y + 576,
-             columns(3620, {"(feet)", "(feet)", "(in)", "(gpm)", "(gpm)", "(gpm)"}, segment[2]));
+        row(y, 3620, {"System", "Wetted", "Surface"}, segment[0]);
+        row(y + 288, 3620, {"Length", "Diameter", "Storage", gpm[0], gpm[1], gpm[2]}, segment[1]);
+        row(y + 576, 3620, {"(feet)", "(feet)", "(in)", "(gpm)", "(gpm)", "(gpm)"}, segment[2]);
         e.push_back(Item("", 0, y + 864, k12, true));
         y += 4 * 288;
-        for (int r = 0; r < 10; ++r, y += 288) {
-            const auto& g = in.page.grid[r];
-            Line(e, y,
-                 columns(3770, {g.begin(), g.end()},
-                         {"s" + std::to_string(r * 3 + 4), "s" + std::to_string(r * 3 + 5)}));
-        }
+        for (int r = 0; r < 10; ++r, y += 288)
+            row(y, 3770, {in.page.grid[r].begin(), in.page.grid[r].end()},
+                {"s" + std::to_string(r * 3 + 4), "s" + std::to_string(r * 3 + 5)});
         e.push_back(Item("", 0, y, k12, true));
         e.push_back(Item("", 0, y + 288, k12, true));
         y += 2 * 288;
@@ -206,6 +196,7 @@ TEST(PrintReport, EveryLineWhereThePageRulesPutIt) {
             {"Peak Water Application Rate", in.page.txtHPV},
             {"Water Application Time", in.page.txtTPV},
         };
+        const double shift = varies ? 1000 : 0;
         for (const auto& [label, members] : summary) {
             e.push_back(Item(label, 3770 + shift - 500, y, k12, false));
             Line(e, y,
