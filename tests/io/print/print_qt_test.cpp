@@ -157,47 +157,6 @@ ChartData Pass(double peak, double T, double k) {
     return d;
 }
 
-struct Drawn {
-    QRectF plot;
-    QStringList texts;                  // every text the chart shows
-    QStringList timeLabels, rateLabels; // the axis labels, left to right, bottom to top
-    std::map<QString, QRectF> names;    // curve names shown, where
-};
-
-Drawn Draw(const ChartData& data, QSizeF size) {
-    QGraphicsScene scene;
-    auto* chart = new QChart;
-    scene.addItem(chart);
-    FillRateChart(chart, data, true);
-    LayOutRateChart(chart, size);
-    Drawn out;
-    out.plot = chart->plotArea();
-    std::map<double, QString> times, rates;
-    for (QGraphicsItem* item : scene.items()) {
-        if (!item->isVisible())
-            continue;
-        const QRectF at = item->sceneBoundingRect();
-        if (auto* text = dynamic_cast<QGraphicsTextItem*>(item)) {
-            const QString s = text->toPlainText();
-            if (s.isEmpty())
-                continue; // an axis without a title
-            out.texts << s;
-            if (at.top() >= out.plot.bottom() && !s.contains('('))
-                times[at.center().x()] = s;
-            else if (at.right() <= out.plot.left() && !s.contains('('))
-                rates[-at.center().y()] = s;
-        } else if (auto* simple = dynamic_cast<QGraphicsSimpleTextItem*>(item)) {
-            out.texts << simple->text();
-            out.names[simple->text()] = at;
-        }
-    }
-    for (const auto& [x, s] : times)
-        out.timeLabels << s;
-    for (const auto& [y, s] : rates)
-        out.rateLabels << s;
-    return out;
-}
-
 TEST(RateChart, LabelsReadInFullAtEverySizeTheChartIsShownAndPrinted) {
     const struct {
         double peak, T, k; // in/hr, h, in/hr at 1 h
@@ -218,29 +177,52 @@ TEST(RateChart, LabelsReadInFullAtEverySizeTheChartIsShownAndPrinted) {
             SCOPED_TRACE(testing::Message() << "peak " << p.peak << " in/hr, pass " << 2 * p.T
                                             << " h, " << size.width() << " x " << size.height());
             const ChartData data = Pass(p.peak, p.T, p.k);
-            const Drawn d = Draw(data, size);
-            for (const QString& s : d.texts)
+            QGraphicsScene scene;
+            auto* chart = new QChart;
+            scene.addItem(chart);
+            FillRateChart(chart, data, true);
+            LayOutRateChart(chart, size);
+            const QRectF plot = chart->plotArea();
+            // The axis labels, left to right and bottom to top, and the curve names, where.
+            QMap<double, QString> times, rates;
+            std::map<QString, QRectF> names;
+            for (QGraphicsItem* item : scene.items()) {
+                if (!item->isVisible())
+                    continue;
+                const QRectF at = item->sceneBoundingRect();
+                const auto* text = dynamic_cast<QGraphicsTextItem*>(item);
+                const auto* name = dynamic_cast<QGraphicsSimpleTextItem*>(item);
+                const QString s = text ? text->toPlainText() : name ? name->text() : QString();
                 EXPECT_FALSE(s.contains(QChar(0x2026))) << s.toStdString();
+                const bool label = text && !s.isEmpty() && !s.contains('('); // not a title
+                if (name)
+                    names[s] = at;
+                else if (label && at.top() >= plot.bottom())
+                    times[at.center().x()] = s;
+                else if (label && at.right() <= plot.left())
+                    rates[-at.center().y()] = s;
+            }
+            const QStringList timeLabels = times.values(), rateLabels = rates.values();
 
             // Labels from 0 up, on the scale's steps, thinned if need be but at least three.
-            ASSERT_GE(d.rateLabels.size(), 3);
-            EXPECT_EQ(d.rateLabels.front(), "0");
+            ASSERT_GE(rateLabels.size(), 3);
+            EXPECT_EQ(rateLabels.front(), "0");
             const double step = data.yMaximum / data.yDivisions;
-            for (const QString& s : d.rateLabels) {
+            for (const QString& s : rateLabels) {
                 const double divisions = s.toDouble() / step;
                 EXPECT_NEAR(divisions, std::round(divisions), 1e-9) << s.toStdString();
             }
 
-            ASSERT_GE(d.timeLabels.size(), 3);
-            EXPECT_EQ(std::set<QString>(d.timeLabels.begin(), d.timeLabels.end()).size(),
-                      size_t(d.timeLabels.size()))
-                << d.timeLabels.join(' ').toStdString();
-            EXPECT_NEAR(d.timeLabels.back().toDouble(), 2 * p.T, 2 * p.T / 50);
+            ASSERT_GE(timeLabels.size(), 3);
+            EXPECT_EQ(std::set<QString>(timeLabels.begin(), timeLabels.end()).size(),
+                      size_t(timeLabels.size()))
+                << timeLabels.join(' ').toStdString();
+            EXPECT_NEAR(timeLabels.back().toDouble(), 2 * p.T, 2 * p.T / 50);
 
-            EXPECT_EQ(d.names.count("Application Rate"), 1u);
-            EXPECT_EQ(d.names.count("Intake Rate"), p.intakeShows ? 1u : 0u);
-            for (const auto& [name, box] : d.names)
-                EXPECT_TRUE(d.plot.contains(box)) << name.toStdString();
+            EXPECT_EQ(names.count("Application Rate"), 1u);
+            EXPECT_EQ(names.count("Intake Rate"), p.intakeShows ? 1u : 0u);
+            for (const auto& [name, box] : names)
+                EXPECT_TRUE(plot.contains(box)) << name.toStdString();
         }
 }
 
