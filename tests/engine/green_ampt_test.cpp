@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
-#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -19,48 +19,7 @@ namespace {
 
 using Model = GreenAmptModel;
 constexpr double kP = 40, kH = 0.4;
-
-// Marches x from lo in fine steps, carrying the integral I of rate from lo, and returns the
-// first x at which done(x, I) >= 0, interpolated inside the step.
-double March(const std::function<double(double)>& rate,
-             const std::function<double(double, double)>& done, double lo, double hi) {
-    const int n = 400000;
-    const double h = (hi - lo) / n;
-    double I = 0, before = done(lo, 0);
-    for (int i = 1; i <= n; ++i) {
-        I += rate(lo + (i - 0.5) * h) * h;
-        const double now = done(lo + i * h, I);
-        if (now >= 0)
-            return lo + (i - now / (now - before)) * h;
-        before = now;
-    }
-    return hi;
-}
-
-double Rate(double t) {
-    return kP / kH * std::sqrt(std::fmax(0, 2 * t * kH - t * t));
-}
-
-// Capacity from the soil's description: the water above the front, dtheta0 z - omega z^2 / 2,
-// is F; below z* = dtheta0 / omega (holding dtheta0 z* / 2) the soil is saturated.
-double Capacity(double F, double Ks, double dtheta0, double omega) {
-    if (omega > 0 && F >= dtheta0 * dtheta0 / omega / 2)
-        return Ks;
-    const double z =
-        omega == 0 ? F / dtheta0 : (dtheta0 - std::sqrt(dtheta0 * dtheta0 - 2 * omega * F)) / omega;
-    return Ks * (z + 110) / z;
-}
-
-// F reached from F0 after Ks (t - t0) of ponding, from Ks dt = Ks dF / f(F); past F* the soil
-// takes one mm per mm of Ks t.
-double Infiltrated(double F0, double delta, double Ks, double dtheta0, double omega, double top) {
-    const double Fs = omega > 0 ? dtheta0 * dtheta0 / omega / 2 : INFINITY;
-    double toFs = 0;
-    const double F =
-        March([&](double u) { return Ks / Capacity(u, Ks, dtheta0, omega); },
-              [&](double, double I) { return toFs = I, I - delta; }, F0, std::fmin(Fs, top));
-    return toFs < delta ? Fs + (delta - toFs) : F;
-}
+#include "green_ampt_check.inc"
 
 TEST(GreenAmpt, CheckValuesOfTheReferencePass) {
     const struct {
@@ -102,37 +61,26 @@ TEST(GreenAmpt, CheckValuesOfTheReferencePass) {
     }
 }
 
-// Each equation's zero, found independently by marching, lies within 1e-6 of where the residual
-// changes sign, and FindRoot returns it within the accuracy passed.
+// Each equation's zero, found by tests/data/green_ampt_check.py, lies within 1e-6 of where the
+// residual changes sign, and FindRoot returns it within the accuracy passed.
 TEST(GreenAmptEquations, ResidualsVanishAtTheModelsRootsAndFindRootReturnsThem) {
     const auto top = [](double F0, double delta) {
         return F0 + delta + std::sqrt(2 * (110 * 0.2 + F0) * delta) + 1e-9;
     };
-    const auto ponding = [](double omega) {
-        const auto ponds = [=](double t, double D) {
-            return Rate(t) - Capacity(D, 10, 0.2, omega);
-        };
-        return March(Rate, ponds, 1e-9, kH);
-    };
-    const auto F = [&](double F0, double delta, double omega) {
-        return Infiltrated(F0, delta, 10, 0.2, omega, top(F0, delta));
-    };
-    const double filled = March(
-        Rate, [](double, double D) { return D - 12; }, 0, 2 * kH);
     const struct {
         std::string name;
         std::vector<double> params;
         double x1, x2, root;
     } cases[] = {
         // clang-format off
-        {"FindTs",           {0, kP, kH, 10, 110, 0.2},                 0, kH, ponding(0)},
-        {"FindTsVarMC",      {0, kP, kH, 10, 110, 0.2, 0.002},          0, kH, ponding(0.002)},
-        {"FindF@Tf",         {0, 0.3, 5, 0.8, 10, 110, 0.2},            10, top(5, 5), F(5, 5, 0)},
-        {"FindF@TfVarMC",    {0, 0.3, 5, 0.8, 10, 110, 0.2, 0.0002},    10, top(5, 5), F(5, 5, 0.0002)},
-        {"Findt@ss2",        {0, kP, kH, 12},                           0.1, 2 * kH, filled},
-        {"FindFgivenT",      {0, 0.6, 0.3, 5, 10, 110, 0.2},            8, top(5, 3), F(5, 3, 0)},
+        {"FindTs",           {0, kP, kH, 10, 110, 0.2},                 0, kH, kTsConstant},
+        {"FindTsVarMC",      {0, kP, kH, 10, 110, 0.2, 0.002},          0, kH, kTsOmega002},
+        {"FindF@Tf",         {0, 0.3, 5, 0.8, 10, 110, 0.2},            10, top(5, 5), kF5After5Constant},
+        {"FindF@TfVarMC",    {0, 0.3, 5, 0.8, 10, 110, 0.2, 0.0002},    10, top(5, 5), kF5After5Omega0002},
+        {"Findt@ss2",        {0, kP, kH, 12},                           0.1, 2 * kH, kDepth12Time},
+        {"FindFgivenT",      {0, 0.6, 0.3, 5, 10, 110, 0.2},            8, top(5, 3), kF5After3Constant},
         // F* = 10 mm lies inside the bracket.
-        {"FindFgivenTVarMC", {0, 0.6, 0.3, 5, 10, 110, 0.2, 0.002},     8, top(5, 3), F(5, 3, 0.002)},
+        {"FindFgivenTVarMC", {0, 0.6, 0.3, 5, 10, 110, 0.2, 0.002},     8, top(5, 3), kF5After3Omega002},
         // clang-format on
     };
     for (const auto& c : cases) {
@@ -146,15 +94,10 @@ TEST(GreenAmptEquations, ResidualsVanishAtTheModelsRootsAndFindRootReturnsThem) 
         EXPECT_NEAR(x, c.root, 1.1e-6);
         EXPECT_EQ(notices, 0);
     }
-}
-
-TEST(GreenAmpt, DeficitGrowingWithDepthIsSolvedAboveTheUsualBracket) {
-    const GreenAmptSoil soil{10, 110, 0.2, -0.01};
-    const double F0 = 1, delta = soil.Ks * 0.3,
-                 usualTop = F0 + delta + std::sqrt(2 * (22 + F0) * delta);
-    const double x = PotentialInfiltration(Model::Varying, soil, 0.1, F0, 0.4, {});
-    EXPECT_GT(x, usualTop);
-    EXPECT_NEAR(x, Infiltrated(F0, delta, 10, 0.2, -0.01, 2 * usualTop), 1.1e-6);
+    // A deficit growing with depth is solved above the bracket that serves the others.
+    const double x = PotentialInfiltration(Model::Varying, {10, 110, 0.2, -0.01}, 0.1, 1, 0.4, {});
+    EXPECT_GT(x, top(1, 3));
+    EXPECT_NEAR(x, kF1After3OmegaMinus01, 1.1e-6);
 }
 
 TEST(GreenAmpt, StorageFilledTime) {
