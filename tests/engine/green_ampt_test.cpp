@@ -120,42 +120,6 @@ TEST(GreenAmpt, StorageFilledTime) {
     EXPECT_LT(excess(ts - 1e-3), 2);
 }
 
-// Both models at every position of a whole design: the water balance, and what is stored.
-TEST(GreenAmpt, WaterBalanceAtEveryPosition) {
-    DesignRecord design;
-    design.txtSYL = "1300", design.txtGPM = "800", design.txtAPPL = "1", design.txtWetDiam = "60";
-    design.intakeFamilyIndex = 3;
-    design.surfaceOption = kUserVariable;
-    for (size_t i = 0; i < 10; ++i)
-        design.segments[i].col1 = std::to_string(0.05 * static_cast<double>(i));
-    design.txtKS = "10", design.txtHW = "110", design.txtThetaS = "0.45";
-    design.txtThetaI = "0.25", design.txtOmega = "0.002", design.greenAmpt = true;
-    Results res;
-    ASSERT_TRUE(Calc_Results(design, res).ok());
-    const GreenAmptSoil soil{10, 110, 0.2, 0.002};
-    int ponded = 0;
-    for (int c = 1; c <= 3; ++c)
-        for (int p = 1; p <= 10; ++p) {
-            SCOPED_TRACE(testing::Message() << "case " << c << " position " << p);
-            const double P = Read(res.PeakRate.at(c, p, 2)), H = Read(res.HalfTime.at(c, p, 2));
-            const double SS = Read(res.SurfStore.at(static_cast<size_t>(p)));
-            const GreenAmptOutcome con = GreenAmpt(Model::Constant, soil, P, H, SS, {});
-            const GreenAmptOutcome var = GreenAmpt(Model::Varying, soil, P, H, SS, {});
-            for (const GreenAmptOutcome& o : {con, var}) {
-                EXPECT_LE(o.runoff + o.F2H, kPi / 2 * P * H + 1e-9);
-                EXPECT_GE(o.F2H, o.ponds ? o.Fp : kPi / 2 * P * H - 1e-9);
-                ponded += o.ponds;
-            }
-            EXPECT_EQ(Read(res.GATs.at(c, p, 1)), con.tp);
-            EXPECT_EQ(Read(res.GAPctRunoff.at(c, p, 1)), con.pctRunoff);
-            EXPECT_EQ(Read(res.GAVarTs.at(c, p, 1)), var.tp);
-            EXPECT_EQ(Read(res.GAVarFTf.at(c, p, 1)), var.F2H);
-            EXPECT_EQ(Read(res.GAVarPctRunoff.at(c, p, 1)), var.pctRunoff);
-            EXPECT_FALSE(res.GAVarTs.at(c, p, 0).has_value());
-        }
-    EXPECT_GT(ponded, 20);
-}
-
 // Random designs that pass the input checks; those with omega = 0 also compare the models.
 TEST(GreenAmpt, RandomDesignsGiveFiniteResultsWithinTheIterationLimit) {
     std::mt19937_64 rng(20240611);
