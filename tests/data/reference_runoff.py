@@ -187,6 +187,10 @@ DESIGNS = [
     # end of the pass itself, where the water balance takes the whole ellipse
     dict(syl="1320", gpm="900", appl="1.0", wet="30", index=7, uk="0.02", un="-0.8", option=0,
          s="4", r="15", rows=BLANK_ROWS),
+    # F: the lowest capacity, 200 gpm over L = 400 m: the reduced flow is 0, yet the cases run at
+    # 100, 200 and 300 gpm
+    dict(syl="1312.3359580052494", gpm="200", appl="1.0", wet="30", index=3, uk="", un="",
+         option=0, s="4", r="15", rows=BLANK_ROWS),
 ]
 
 

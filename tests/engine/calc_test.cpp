@@ -86,19 +86,6 @@ TEST(ReadEngineInputs, UnitConversions) {
     }
 }
 
-// The peak rate and the hours per revolution are covered by the recomputation above; at 200 gpm
-// the reduced flow is 0, yet the cases run at 100, 200 and 300 gpm.
-TEST(CalcResults, CaseFlowsAtTheLowestCapacity) {
-    DesignRecord d = Base();
-    d.txtSYL = "1312.3359580052494", d.txtGPM = "200"; // L = 400 m
-    const Results r = Compute(d);
-    const double area = kPi * 400 * 400 / 10000; // ha
-    for (int c = 1; c <= 3; ++c) {
-        EXPECT_NEAR(Read(r.HoursPerRev[c]) * 6.309 * c, 2.7777 * area * 25.4, 1e-8);
-        EXPECT_FALSE(r.CaseSpare1[c].has_value() || r.CaseSpare2[c].has_value());
-    }
-}
-
 // Same family in two runs: every result of the two slots agrees.
 void ExpectSameSlot(const Results& a, int slotA, const Results& b, int slotB, const char* what) {
     for (int c = 1; c <= 3; ++c)
