@@ -192,6 +192,9 @@ DESIGNS = [
     dict(syl="1312.3359580052494", gpm="200", appl="1.0", wet="30", index=3, uk="", un="",
          option=0, s="4", r="15", rows=BLANK_ROWS),
 ]
+# G to J: design A under the families "0.3", "0.5", "1.5" and "2.0", whose slots share families
+# with the designs above.
+DESIGNS += [dict(DESIGNS[0], index=i) for i in (1, 2, 4, 5)]
 
 
 def cstr(s):
