@@ -78,10 +78,10 @@ TEST(ReadEngineInputs, UnitConversions) {
         d.txtSYL = c.syl, d.txtGPM = c.gpm, d.txtAPPL = c.appl, d.txtWetDiam = c.wet;
         d.intakeFamilyIndex = c.index;
         const EngineInputs e = ReadEngineInputs(d);
-        EXPECT_NEAR(e.L, c.expected.L, 1e-12) << c.syl;
-        EXPECT_NEAR(e.Q0, c.expected.Q0, 1e-12) << c.gpm;
-        EXPECT_NEAR(e.d, c.expected.d, 1e-12) << c.appl;
-        EXPECT_NEAR(e.R, c.expected.R, 1e-12) << c.wet;
+        for (double EngineInputs::*x :
+             {&EngineInputs::L, &EngineInputs::Q0, &EngineInputs::d, &EngineInputs::R})
+            EXPECT_NEAR(e.*x, c.expected.*x, 1e-12)
+                << c.syl << " " << c.gpm << " " << c.appl << " " << c.wet;
         EXPECT_EQ(e.F, c.expected.F) << c.index;
     }
 }

@@ -2,15 +2,13 @@
 // average is the results page's to the last bit (random designs: property_test.cpp), its map is
 // made of those numbers, and its answers are the ones a scan of every step finds.
 
-#include "calc.h"
 #include "design_file.h"
 #include "explore.h"
-#include "results_page.h"
+#include "page_average.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -18,19 +16,6 @@
 
 namespace rainfold {
 namespace {
-
-// The middle weighted average of the results page after a full computation; empty on a fault.
-std::optional<double> PageAverage(const DesignRecord& d) {
-    Results r;
-    if (!Calc_Results(d, r).ok())
-        return std::nullopt;
-    const ResultsPage page = BuildResultsPage(d, r, InitialSlot(d.intakeFamilyIndex));
-    return page.fault.empty() ? page.WeightedRunoff[2] : std::nullopt;
-}
-
-bool SameBits(double a, double b) {
-    return std::memcmp(&a, &b, sizeof a) == 0;
-}
 
 DesignRecord Example(const char* name, bool greenAmpt) {
     DesignRecord d;

@@ -1,26 +1,21 @@
 // Properties that hold for every design the checks let through, and the explorer's fast average
 // against the results page's, over random designs.
 //
-// Applied depth at any position: (Pi/2) * PeakRate * HalfTime with
-//   PeakRate = 4584 Qk r / (L^2 R),  HalfTime = R / (2 Pi r / Tk),  Tk = 2.7777 (Pi L^2 / 10000) d
-//   / Qk
-// so PeakRate * HalfTime = 4584 Tk Qk / (2 Pi L^2) = 4584 * 2.7777 * d / 20000, and
-//   (Pi/2) * PeakRate * HalfTime = d * 4584 * 2.7777 * Pi / 40000,
-// the same at every position, capacity and family; about 1.00004 d, since 4584 * 2.7777 is close
-// to (14400 / Pi) * (25 / 9).
+// The depth applied at any position, (Pi/2) PeakRate HalfTime with PeakRate = 4584 Qk r / (L^2 R),
+// HalfTime = R Tk / (2 Pi r) and Tk = 2.7777 (Pi L^2 / 10000) d / Qk, is d 4584 2.7777 Pi / 40000
+// at every position, capacity and family: about 1.00004 d.
 
 #include "calc.h"
 #include "checks.h"
 #include "explore.h"
 #include "green_ampt.h"
+#include "page_average.h"
 #include "pattern.h"
-#include "results_page.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -64,19 +59,6 @@ DesignRecord RandomDesign(std::mt19937& rng, bool greenAmpt) {
     d.txtThetaI = Text(thetaI);
     d.txtOmega = Text(omegas[std::uniform_int_distribution<>(0, 3)(rng)]);
     return d;
-}
-
-// The middle weighted average of the results page after a full computation; empty on a fault.
-std::optional<double> PageAverage(const DesignRecord& d) {
-    Results r;
-    if (!Calc_Results(d, r).ok())
-        return std::nullopt;
-    const ResultsPage page = BuildResultsPage(d, r, InitialSlot(d.intakeFamilyIndex));
-    return page.fault.empty() ? page.WeightedRunoff[2] : std::nullopt;
-}
-
-bool SameBits(double a, double b) {
-    return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
 // Every design checks the properties of its record; every eighth also compares the explorer's
