@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Independent recomputation of the Green-Ampt check values of green_ampt_test.cpp.
+"""Independent recomputation of the Green-Ampt check values and roots of green_ampt_test.cpp.
 
 Solves the model its own way, in plain double arithmetic and without the program's code:
 ponding is the first time on a fine grid at which the application rate reaches the soil's
@@ -10,9 +10,11 @@ better than the digits compared); the front depth of the varying soil is the sma
 dtheta0 z - omega z^2 / 2 = F; the ponded time T(F) is integrated numerically from the
 capacity rather than taken from its closed form.
 
-Run:  python3 tests/data/green_ampt_check.py
+Run:  python3 tests/data/green_ampt_check.py            (prints the check values)
+      python3 tests/data/green_ampt_check.py OUT.inc    (writes the values green_ampt_test.cpp checks)
 """
 import math
+import sys
 
 PI = math.pi
 
@@ -73,26 +75,84 @@ def bisect(fn, a, b, n=100):
     return 0.5 * (a + b)
 
 
+def ponding(P, H, soil):
+    """The first time the application rate reaches the capacity at the depth applied so far."""
+    ponded = lambda t: rate(t, P, H) - soil.f(depth(t, P, H))
+    n = 4000
+    for k in range(1, n + 1):
+        if ponded(2 * H * k / n) >= 0:
+            return bisect(ponded, 2 * H * (k - 1) / n + 1e-12, 2 * H * k / n)
+    return None
+
+
+def infiltrated(soil, F0, delta):
+    """F reached from F0 after Ks dt = delta of ponding: T(F) = T(F0) + delta."""
+    target = soil.T(F0) + delta
+    return bisect(lambda F: soil.T(F) - target, F0, F0 + 1000, 60)
+
+
+def write_checks(path):
+    """The check values of green_ampt_test.cpp: the zeros of the named equations it hands to the
+    root finder, for the reference pass (40 mm/h, 0.4 h) over Ks 10 mm/h, Hw 110 mm, dtheta0 0.2,
+    and whole passes over the soils it lists."""
+    soil = lambda w: Soil(10, 110, 0.2, w)
+    roots = [
+        ("kTsConstant", ponding(40, 0.4, soil(0))),
+        ("kTsOmega002", ponding(40, 0.4, soil(0.002))),
+        ("kF5After5Constant", infiltrated(soil(0), 5, 5)),
+        ("kF5After5Omega0002", infiltrated(soil(0.0002), 5, 5)),
+        ("kF5After3Constant", infiltrated(soil(0), 5, 3)),
+        ("kF5After3Omega002", infiltrated(soil(0.002), 5, 3)),
+        # The deficit grows with depth (omega < 0): no F* at all.
+        ("kF1After3OmegaMinus01", infiltrated(soil(-0.01), 1, 3)),
+        ("kDepth12Time", bisect(lambda t: depth(t, 40, 0.4) - 12, 0, 0.8)),
+    ]
+    # The reference pass over soils: model, Ks, dtheta0, omega, storage, and how close the
+    # program's ponding time and percent runoff must come (its stepping search ends within 5e-5 h
+    # where the rate and the capacity cross at a shallow angle).
+    checks = [
+        ("Constant", 10, 0.2, 0, 0, 5e-5, 5e-3),
+        ("Varying", 10, 0.2, 0.0002, 0, 5e-5, 5e-3),
+        ("Constant", 10, 0.2, 0, 5, 5e-5, 0),
+        ("Varying", 10, 0.2, 0.0002, 5, 5e-5, 0),
+        # Never ponds: all of D(2H) = (Pi / 2) 40 0.4 = 8 Pi is taken in.
+        ("Constant", 30, 0.2, 0.0002, 0, 0, 0),
+        ("Varying", 30, 0.2, 0.0002, 0, 0, 0),
+        # Ponding after the peak, found by the scan.
+        ("Constant", 10, 0.36, 0, 0, 5e-5, 1e-4),
+        ("Varying", 10, 0.36, 0.0002, 0, 2e-6, 1e-4),
+        # z* = 100 mm: the capacity falls to Ks once 10 mm are in.
+        ("Varying", 10, 0.2, 0.002, 0, 2e-6, 1e-4),
+        # z* = 1 mm, F* = 0.1 mm: the front is in the saturated zone before the surface ponds,
+        # and the soil then takes Ks.
+        ("Varying", 20, 0.2, 0.2, 0, 2e-6, 1e-4),
+        ("Varying", 20, 0.2, 0.2, 5, 2e-6, 1e-4),
+    ]
+    with open(path, "w") as f:
+        f.write("// Written by tests/data/green_ampt_check.py at build time.\n")
+        for name, x in roots:
+            f.write(f"constexpr double {name} = {x!r};\n")
+        f.write("struct GreenAmptCheck {\n    GreenAmptModel model;\n"
+                "    double Ks, dtheta0, omega, SS, tpTol, pctTol, tp, pct, F2H;\n};\n"
+                "const GreenAmptCheck kGreenAmptChecks[] = {\n")
+        for model, Ks, d0, w, SS, tpTol, pctTol in checks:
+            # The constant model takes no omega.
+            tp, pct, F2H = run(40, 0.4, Soil(Ks, 110, d0, w if model == "Varying" else 0), SS)
+            f.write(f"    {{GreenAmptModel::{model}, {Ks}, {d0}, {w}, {SS}, {tpTol}, {pctTol}, "
+                    f"{tp!r}, {pct!r}, {F2H!r}}},\n")
+        f.write("};\n")
+
+
 def run(P, H, soil, SS):
     """tp, percent runoff and F(2H) of one position."""
     never = (0.0, 0.0, depth(2 * H, P, H))
     if P <= soil.Ks:
         return never
-    ponded = lambda t: rate(t, P, H) - soil.f(depth(t, P, H))
-    n = 4000
-    tp = None
-    for k in range(1, n + 1):
-        if ponded(2 * H * k / n) >= 0:
-            tp = bisect(ponded, 2 * H * (k - 1) / n + 1e-12, 2 * H * k / n)
-            break
+    tp = ponding(P, H, soil)
     if tp is None:
         return never
     Fp = depth(tp, P, H)
-    Tp = soil.T(Fp)
-
-    def Fpot(t):
-        target = Tp + soil.Ks * (t - tp)
-        return bisect(lambda F: soil.T(F) - target, Fp, Fp + 1000, 60)
+    Fpot = lambda t: infiltrated(soil, Fp, soil.Ks * (t - tp))
 
     ends = lambda t: soil.f(Fpot(t)) - rate(t, P, H)
     n = 200
@@ -108,7 +168,9 @@ def run(P, H, soil, SS):
     return tp, 100 * runoff / (PI / 2 * P * H), F2H
 
 
-if __name__ == "__main__":
+if __name__ == "__main__" and len(sys.argv) > 1:
+    write_checks(sys.argv[1])
+elif __name__ == "__main__":
     cases = [
         ("reference, constant", 10, 0.2, 0, 0),
         ("reference, varying", 10, 0.2, 0.0002, 0),

@@ -187,7 +187,14 @@ DESIGNS = [
     # end of the pass itself, where the water balance takes the whole ellipse
     dict(syl="1320", gpm="900", appl="1.0", wet="30", index=7, uk="0.02", un="-0.8", option=0,
          s="4", r="15", rows=BLANK_ROWS),
+    # F: the lowest capacity, 200 gpm over L = 400 m: the reduced flow is 0, yet the cases run at
+    # 100, 200 and 300 gpm
+    dict(syl="1312.3359580052494", gpm="200", appl="1.0", wet="30", index=3, uk="", un="",
+         option=0, s="4", r="15", rows=BLANK_ROWS),
 ]
+# G to J: design A under the families "0.3", "0.5", "1.5" and "2.0", whose slots share families
+# with the designs above.
+DESIGNS += [dict(DESIGNS[0], index=i) for i in (1, 2, 4, 5)]
 
 
 def cstr(s):

@@ -7,6 +7,7 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 
 namespace rainfold {
 namespace {
@@ -77,24 +78,11 @@ TEST(ReadEngineInputs, UnitConversions) {
         d.txtSYL = c.syl, d.txtGPM = c.gpm, d.txtAPPL = c.appl, d.txtWetDiam = c.wet;
         d.intakeFamilyIndex = c.index;
         const EngineInputs e = ReadEngineInputs(d);
-        EXPECT_NEAR(e.L, c.expected.L, 1e-12) << c.syl;
-        EXPECT_NEAR(e.Q0, c.expected.Q0, 1e-12) << c.gpm;
-        EXPECT_NEAR(e.d, c.expected.d, 1e-12) << c.appl;
-        EXPECT_NEAR(e.R, c.expected.R, 1e-12) << c.wet;
+        for (double EngineInputs::*x :
+             {&EngineInputs::L, &EngineInputs::Q0, &EngineInputs::d, &EngineInputs::R})
+            EXPECT_NEAR(e.*x, c.expected.*x, 1e-12)
+                << c.syl << " " << c.gpm << " " << c.appl << " " << c.wet;
         EXPECT_EQ(e.F, c.expected.F) << c.index;
-    }
-}
-
-// The peak rate and the hours per revolution are covered by the recomputation above; at 200 gpm
-// the reduced flow is 0, yet the cases run at 100, 200 and 300 gpm.
-TEST(CalcResults, CaseFlowsAtTheLowestCapacity) {
-    DesignRecord d = Base();
-    d.txtSYL = "1312.3359580052494", d.txtGPM = "200"; // L = 400 m
-    const Results r = Compute(d);
-    const double area = kPi * 400 * 400 / 10000; // ha
-    for (int c = 1; c <= 3; ++c) {
-        EXPECT_NEAR(Read(r.HoursPerRev[c]) * 6.309 * c, 2.7777 * area * 25.4, 1e-8);
-        EXPECT_FALSE(r.CaseSpare1[c].has_value() || r.CaseSpare2[c].has_value());
     }
 }
 
@@ -107,96 +95,40 @@ void ExpectSameSlot(const Results& a, int slotA, const Results& b, int slotB, co
                 EXPECT_EQ((a.*arr).at(c, j, slotA), (b.*arr).at(c, j, slotB)) << what;
 }
 
-TEST(CalcResults, SlotFamilies) {
-    Results byIndex[7];
-    for (int i = 0; i < 7; ++i)
-        byIndex[i] = Compute(Base(i));
-    for (int s = 1; s <= 3; ++s) {
-        ExpectSameSlot(byIndex[0], s, byIndex[1], s, "0.1 and 0.3 both use families 1, 2, 3");
-        ExpectSameSlot(byIndex[6], s, byIndex[5], s, "3.0 and 2.0 both use families 5, 6, 7");
-    }
-    ExpectSameSlot(byIndex[3], 1, byIndex[2], 2, "family 3");
-    ExpectSameSlot(byIndex[3], 3, byIndex[4], 2, "family 5");
-
-    // "Customized Values" with family 4's own K and N: slot 1 is family 7, slot 2 the typed
-    // values, slot 3 is not computed.
-    DesignRecord custom = Base(kCustomizedValuesIndex);
-    custom.txtUk = "34.163", custom.txtUN = "-0.345";
-    const Results r = Compute(custom);
-    EXPECT_EQ(Read(r.UserK), 34.163);
-    EXPECT_EQ(Read(r.UserN), -0.345);
-    ExpectSameSlot(r, 1, byIndex[6], 3, "slot 1 of customised values");
-    ExpectSameSlot(r, 2, byIndex[3], 2, "typed K and N");
-    for (int c = 1; c <= 3; ++c)
-        for (int j = 1; j <= 10; ++j)
-            EXPECT_FALSE(r.PctRunoff.at(c, j, 3).has_value() || r.PeakRate.at(c, j, 3).has_value());
-    EXPECT_EQ(Read(byIndex[3].UserK), 0.0); // typed values are ignored for a listed family
-    EXPECT_EQ(Read(byIndex[3].UserN), 0.0);
-}
-
-// Refused designs report why and leave the computed slots as they were.
-TEST(CalcResults, RefusalsLeaveTheSlotsUntouched) {
-    const struct {
-        int index;
-        const char *k, *n;
-        CalcStatus status;
-        const char* message;
-    } cases[] = {
-        {-1, "20", "-0.4", CalcStatus::NoFamily, "Please select an Intake Family"},
-        {7, "0", "-0.4", CalcStatus::Fault, "K and N must not be 0 for Customized Values."},
-        {7, "20", "0", CalcStatus::Fault, "K and N must not be 0 for Customized Values."},
-        {7, "", "", CalcStatus::Fault, "K and N must not be 0 for Customized Values."},
-    };
-    const Results before = Compute(Base());
-    for (const auto& c : cases) {
-        DesignRecord d = Base(c.index);
-        d.txtUk = c.k, d.txtUN = c.n;
-        Results r = before;
-        const CalcOutcome out = Calc_Results(d, r);
-        EXPECT_EQ(out.status, c.status) << c.index << " " << c.k << "/" << c.n;
-        EXPECT_EQ(out.message, c.message);
-        ExpectSameSlot(r, 2, before, 2, c.message);
+// Which family each slot runs is in the reference rows, for every entry of the list; "Customized
+// Values" records the typed K and N (ignored for a listed family) and leaves slot 3 uncomputed.
+TEST(CalcResults, TypedKAndN) {
+    for (int index : {3, kCustomizedValuesIndex}) {
+        DesignRecord d = Base(index);
+        d.txtUk = "34.163", d.txtUN = "-0.345";
+        const Results r = Compute(d);
+        const bool custom = index == kCustomizedValuesIndex;
+        EXPECT_EQ(Read(r.UserK), custom ? 34.163 : 0);
+        EXPECT_EQ(Read(r.UserN), custom ? -0.345 : 0);
+        for (int c = 1; c <= 3; ++c)
+            for (int j = 1; j <= 10; ++j)
+                for (const Cell& cell : {r.PctRunoff.at(c, j, 3), r.PeakRate.at(c, j, 3)})
+                    EXPECT_EQ(cell.has_value(), !custom);
     }
 }
 
+// A second run keeps the slots it does not reach; a refused run keeps them all (the refusals
+// themselves: refused_design_test.cpp).
 TEST(CalcResults, SecondRunKeepsWhatItDoesNotReach) {
     Results r = Compute(Base(3));
     const Results first = r;
+    for (const auto& [index, k] : {std::pair{-1, "20"}, {kCustomizedValuesIndex, "0"}}) {
+        DesignRecord refused = Base(index);
+        refused.txtUk = k, refused.txtUN = "-0.4";
+        EXPECT_FALSE(Calc_Results(refused, r).ok());
+        ExpectSameSlot(r, 2, first, 2, "refused");
+    }
     DesignRecord custom = Base(kCustomizedValuesIndex);
     custom.txtUk = "20", custom.txtUN = "-0.4";
     ASSERT_TRUE(Calc_Results(custom, r).ok());
     ExpectSameSlot(r, 3, first, 3, "slot 3 kept from the first run");
     ExpectSameSlot(r, 1, Compute(Base(6)), 3, "slot 1 overwritten with family 7");
     EXPECT_NE(r.PondStart.at(2, 10, 2), first.PondStart.at(2, 10, 2));
-}
-
-TEST(CalcResults, FaultsAreReportedNeverNaN) {
-    const struct {
-        const char *syl, *gpm, *wet;
-        bool mustFault;
-    } cases[] = {
-        {"0", "900", "60", true},    // no length: 0 / 0 in the peak rate
-        {"", "900", "60", true},     // blank reads as 0
-        {"1320", "50", "60", false}, // first case flow negative
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.syl << " " << c.gpm << " " << c.wet);
-        DesignRecord d = Base();
-        d.txtSYL = c.syl, d.txtGPM = c.gpm, d.txtWetDiam = c.wet;
-        Results r;
-        CalcOutcome out;
-        ASSERT_NO_THROW(out = Calc_Results(d, r));
-        if (c.mustFault) {
-            EXPECT_EQ(out.status, CalcStatus::Fault);
-        }
-        EXPECT_EQ(out.ok(), out.message.empty());
-        for (int k = 1; k <= 3; ++k)
-            for (int j = 1; j <= 10; ++j)
-                for (int m = 1; m <= 3; ++m)
-                    for (const SlotArray* a :
-                         {&r.PeakRate, &r.HalfTime, &r.PondStart, &r.PondEnd, &r.PctRunoff})
-                        EXPECT_TRUE(std::isfinite(Read(a->at(k, j, m))));
-    }
 }
 
 } // namespace

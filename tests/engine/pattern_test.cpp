@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <utility>
 
 namespace rainfold {
 namespace {
@@ -38,8 +39,12 @@ TEST(ApplicationRate, EllipseShape) {
         EXPECT_NEAR(ApplicationRate(c.t, kH, kP), c.expected, 1e-12) << "t = " << c.t;
 }
 
-TEST(AppliedDepth, InsideThePass) {
+TEST(AppliedDepth, InsideThePassAndAfterIt) {
     const double full = kPi / 2 * kP * kH * kH; // (Pi / 2) * PeakRate * H
+    // Truncated, the arcsine term becomes H^2 at the end: P H^2 (Pi/4 + 1/2), about 0.818 of the
+    // area; the full ellipse's becomes H^2 Pi / 2.
+    const double truncated = kP * kH * kH * (kPi / 4 + 0.5);
+    EXPECT_NEAR(truncated / full, 0.818, 5e-4);
     for (EndOfPass rule : {EndOfPass::Truncated, EndOfPass::FullEllipse}) {
         // Half the pattern's area has fallen by the peak.
         EXPECT_NEAR(AppliedDepth(kH, kH, kP, kS, rule), full / 2, 1e-12);
@@ -54,38 +59,24 @@ TEST(AppliedDepth, InsideThePass) {
                 << "t = " << t;
         // Just before the end it approaches the whole area under both rules.
         EXPECT_NEAR(AppliedDepth(2 * kH * (1 - 1e-12), kH, kP, kS, rule), full, 1e-4);
+        for (double t : {2 * kH, 2.2 * kH, 5 * kH})
+            EXPECT_NEAR(AppliedDepth(t, kH, kP, kS, rule),
+                        rule == EndOfPass::Truncated ? truncated : full, 1e-12);
     }
 }
 
-TEST(AppliedDepth, EndOfPassRules) {
-    // Truncated: the arcsine term becomes H^2, D = P H^2 (Pi/4 + 1/2), about 0.818 of the area.
-    // Full ellipse: the term becomes H^2 Pi / 2, D = (Pi / 2) P H^2.
-    const double truncated = kP * kH * kH * (kPi / 4 + 0.5);
-    const double full = kPi / 2 * kP * kH * kH;
-    for (double t : {2 * kH, 2.2 * kH, 5 * kH}) {
-        EXPECT_NEAR(AppliedDepth(t, kH, kP, kS, EndOfPass::Truncated), truncated, 1e-12);
-        EXPECT_NEAR(AppliedDepth(t, kH, kP, kS, EndOfPass::FullEllipse), full, 1e-12);
-    }
-    EXPECT_NEAR(truncated / full, 0.818, 5e-4);
-}
-
-TEST(SurfaceStorage, SlopeBands) {
-    const struct {
-        double slope, inches;
-    } cases[] = {{-2, 0.5},   {0, 0.5}, {1, 0.5},  {1.0001, 0.3}, {3, 0.3},
-                 {3.01, 0.1}, {5, 0.1}, {5.01, 0}, {40, 0}};
-    for (const auto& c : cases)
-        EXPECT_EQ(SlopeStorage(c.slope), c.inches) << "slope " << c.slope;
-}
-
-TEST(SurfaceStorage, ResidueBands) {
-    const struct {
-        double residue, inches;
-    } cases[] = {{0, 0},       {10, 0},    {10.01, 0.01}, {20, 0.01}, {20.5, 0.03}, {30, 0.03},
-                 {30.5, 0.07}, {40, 0.07}, {41, 0.12},    {50, 0.12}, {55, 0.18},   {60, 0.18},
-                 {60.1, 0.24}, {70, 0.24}, {70.5, 0.35},  {100, 0.35}};
-    for (const auto& c : cases)
-        EXPECT_EQ(ResidueStorage(c.residue), c.inches) << "residue " << c.residue;
+TEST(SurfaceStorage, SlopeAndResidueBands) {
+    const std::pair<double, double> slope[] = {{-2, 0.5},     {0, 0.5},  {1, 0.5},
+                                               {1.0001, 0.3}, {3, 0.3},  {3.01, 0.1},
+                                               {5, 0.1},      {5.01, 0}, {40, 0}};
+    const std::pair<double, double> residue[] = {
+        {0, 0},       {10, 0},    {10.01, 0.01}, {20, 0.01}, {20.5, 0.03}, {30, 0.03},
+        {30.5, 0.07}, {40, 0.07}, {41, 0.12},    {50, 0.12}, {55, 0.18},   {60, 0.18},
+        {60.1, 0.24}, {70, 0.24}, {70.5, 0.35},  {100, 0.35}};
+    for (const auto& [percent, inches] : slope)
+        EXPECT_EQ(SlopeStorage(percent), inches) << "slope " << percent;
+    for (const auto& [percent, inches] : residue)
+        EXPECT_EQ(ResidueStorage(percent), inches) << "residue " << percent;
 }
 
 } // namespace

@@ -1,7 +1,7 @@
-// Designs that pass the input checks but that the computation cannot give a meaning to, and
-// numbers near the top of the double range: each is a fault with its own message ("Overflow." for
-// any overflow), never computed into nonsense or an infinity, and what stops the computation
-// before any position stops the explorer's probe with the same message.
+// Designs the computation cannot give a meaning to (most pass the input checks), and numbers near
+// the top of the double range: each is a fault with its own message ("Overflow." for any overflow),
+// never computed into nonsense, an infinity or a NaN, and what stops the computation before any
+// position stops the explorer's probe with the same message.
 
 #include "calc.h"
 #include "explore.h"
@@ -36,11 +36,16 @@ TEST(RefusedDesigns, AreFaultsWithTheirMessage) {
         bool greenAmpt = false;
         bool atAPosition = false; // met past the probe's reading, at a position
     } cases[] = {
+        // No length: 0 / 0 in the peak rate, met at the first position; blank reads as 0.
+        {kUserConstant, {{&D::txtSYL, "0"}}, "0", over, 2, false, true},
+        {kUserConstant, {{&D::txtSYL, ""}}, "0", over, 2, false, true},
+        {kUserConstant, {{&D::txtGPM, "50"}}, "0", flow},
         {kUserConstant, {{&D::txtGPM, "100"}}, "0", flow},   // 0 gpm, up to rounding
         {kUserConstant, {{&D::txtGPM, "100.4"}}, "0", flow}, // 0.4 gpm, headed "0 (gpm)"
         {kUserConstant, {{&D::txtGPM, "101"}}, "0", ""},     // 1 gpm
         {kUserConstant, {}, "0", kSelectFamilyMessage, -1},
         {kUserConstant, {{&D::txtUk, "0"}, {&D::txtUN, "-0.4"}}, "0", zero, custom},
+        {kUserConstant, {{&D::txtUk, "20"}, {&D::txtUN, "0"}}, "0", zero, custom},
         {kUserConstant, {{&D::txtUk, "-20"}, {&D::txtUN, "-0.4"}}, "0", range, custom},
         // An N of -1 or less has no finite cumulative intake.
         {kUserConstant, {{&D::txtUk, "20"}, {&D::txtUN, "-1"}}, "0", range, custom},
@@ -82,6 +87,10 @@ TEST(RefusedDesigns, AreFaultsWithTheirMessage) {
                                               : CalcStatus::Fault);
         for (const Cell* cell : {&r.GAKs, &r.GAOmega, &r.GADeltaTheta, &r.SurfStore[1]})
             EXPECT_TRUE(std::isfinite(Read(*cell)));
+        for (int k = 1; k <= 3 * 10 * 3; ++k)
+            for (const SlotArray* a :
+                 {&r.PeakRate, &r.HalfTime, &r.PondStart, &r.PondEnd, &r.PctRunoff})
+                EXPECT_TRUE(std::isfinite(Read(a->at(1 + k % 3, 1 + k / 3 % 10, 1 + k / 30 % 3))));
         std::string refused;
         EXPECT_EQ(!RunoffProbe::Make(d, refused), !c.fault.empty() && !c.atAPosition);
         EXPECT_EQ(refused, c.atAPosition ? "" : c.fault);

@@ -66,6 +66,13 @@ TEST(ResultsPage, IntakeFamilyPage) {
     EXPECT_FALSE(p.WeightedRunoff[0].has_value());
     EXPECT_NEAR(Read(p.WeightedRunoff[1]), 12.34, 1e-12);
     EXPECT_NEAR(Read(p.WeightedRunoff[3]), 36, 1e-12);
+
+    d.txtSYL = "0"; // stops at the weighted average
+    const ResultsPage stopped = BuildResultsPage(d, Record(), 2);
+    EXPECT_NE(stopped.fault, "");
+    EXPECT_EQ(stopped.lblGPM[1], "900");   // written before the fault, kept
+    EXPECT_EQ(stopped.grid[9][3], "12.3"); // the grid comes before the averages
+    EXPECT_EQ(stopped.txtWARP[0], "");
 }
 
 TEST(ResultsPage, GreenAmptPageReadsElementOneWhateverTheSlot) {
@@ -89,43 +96,27 @@ TEST(ResultsPage, GreenAmptPageReadsElementOneWhateverTheSlot) {
     }
 }
 
-TEST(ResultsPage, ZeroLengthStopsAtTheWeightedAverage) {
-    DesignRecord d = Design();
-    d.txtSYL = "0";
-    const ResultsPage p = BuildResultsPage(d, Record(), 2);
-    EXPECT_NE(p.fault, "");
-    EXPECT_EQ(p.lblGPM[1], "900");   // written before the fault, kept
-    EXPECT_EQ(p.grid[9][3], "12.3"); // the grid comes before the averages
-    EXPECT_EQ(p.txtWARP[0], "");
-}
-
+// Annuli of equal width: area shares 0.04, 0.12, 0.20, 0.28, 0.36 from the centre out; the even
+// positions are not read.
 TEST(WeightedAverage, AnnulusWeights) {
-    // Annuli of equal width: area shares 0.04, 0.12, 0.20, 0.28, 0.36 from the centre out.
     const struct {
         int position;
         double average;
     } cases[] = {{1, 4}, {3, 12}, {5, 20}, {7, 28}, {9, 36}, {2, 0}, {10, 0}};
-    for (const auto& c : cases) {
-        SlotArray runoff;
-        for (int i = 1; i <= 10; ++i)
-            runoff.at(2, i, 1) = i == c.position ? 100 : 0;
-        EXPECT_NEAR(Read(WeightedAverage(runoff, 402.336, 2, 1)), c.average, 1e-11)
-            << "position " << c.position;
-    }
-}
-
-TEST(WeightedAverage, EqualOddPositionsGiveThatValue) {
     SlotArray runoff;
     GreenArray green;
-    for (int i = 1; i <= 10; ++i) {
-        runoff.at(3, i, 2) = i % 2 ? 17.5 : i * 13.0;
-        green.at(3, i, 1) = i % 2 ? 17.5 : -i;
+    for (const auto& c : cases) {
+        for (int i = 1; i <= 10; ++i)
+            runoff.at(2, i, 3) = green.at(2, i, 1) = i == c.position ? 100 : i % 2 ? 0 : 13.0 * i;
+        EXPECT_NEAR(Read(WeightedAverage(runoff, 402.336, 2, 3)), c.average, 1e-11) << c.position;
+        EXPECT_NEAR(Read(WeightedAverage(green, 402.336, 2)), c.average, 1e-11) << c.position;
     }
-    EXPECT_NEAR(Read(WeightedAverage(runoff, 123.4, 3, 2)), 17.5, 1e-12);
-    EXPECT_NEAR(Read(WeightedAverage(green, 123.4, 3)), 17.5, 1e-12);
-    runoff.at(3, 7, 2).reset();
-    EXPECT_FALSE(WeightedAverage(runoff, 123.4, 3, 2).has_value());
-    EXPECT_THROW(WeightedAverage(green, 0.0, 3), EngineFault);
+    SlotArray gap; // position 7 not computed
+    for (int i = 1; i <= 10; ++i)
+        if (i != 7)
+            gap.at(3, i, 2) = 17.5;
+    EXPECT_FALSE(WeightedAverage(gap, 123.4, 3, 2).has_value());
+    EXPECT_THROW(WeightedAverage(green, 0.0, 2), EngineFault); // no length
 }
 
 TEST(ResultsPage, FamilyCaptionPerSlot) {

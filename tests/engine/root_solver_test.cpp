@@ -29,23 +29,29 @@ struct Solve {
     }
 };
 
-TEST(FindRoot, OrientationFromTheSignAtX1) {
+TEST(FindRoot, OrientationFromTheSignAtX1AndExactZeros) {
     const double target = Depth(0.35);
     const struct {
         const char* what;
-        double x1, x2, expected;
+        double x1, x2, xacc, target, expected, tolerance;
     } cases[] = {
-        {"f(x1) < 0: moves up from x1", 0.1, 0.9, 0.35},
-        {"f(x1) > 0: moves up from x2", 0.9, 0.1, 0.35},
+        {"f(x1) < 0: moves up from x1", 0.1, 0.9, 1e-9, target, 0.35, 2e-9},
+        {"f(x1) > 0: moves up from x2", 0.9, 0.1, 1e-9, target, 0.35, 2e-9},
         // f(x1) == 0 takes the second branch: rtb starts at x2 and, every midpoint lying above
         // the root, never moves from it.
-        {"f(x1) == 0", 0.35, 0.8, 0.8},
+        {"f(x1) == 0", 0.35, 0.8, 1e-9, target, 0.8, 2e-9},
+        // D is constant from the end of the pass (t = 1) on, so with the target D(1.5) every
+        // midpoint from 1 on is a root; the first midpoint, 1, ends the solve at once.
+        {"flat from the end of the pass", 0.5, 1.5, 1e-12, Depth(1.5), 1.0, 0},
     };
     for (const auto& c : cases) {
         Solve solve;
-        EXPECT_NEAR(solve("Findt@ss2", c.x1, c.x2, 1e-9, target), c.expected, 2e-9) << c.what;
+        EXPECT_NEAR(solve("Findt@ss2", c.x1, c.x2, c.xacc, c.target), c.expected, c.tolerance)
+            << c.what;
         EXPECT_TRUE(solve.notices.empty()) << c.what;
     }
+    // An unknown name evaluates to 0 everywhere: second branch, then the first midpoint.
+    EXPECT_EQ(Solve()("no such equation", 0.2, 0.6, 1e-12, 0), 0.4);
 }
 
 // Root at t* = 0.5 + (8M + 7.5) * 2^-43 on the bracket [0.5, 1]: after n halvings of the width
@@ -71,18 +77,6 @@ TEST(FindRoot, HalvingCountAndLimit) {
     Solve converged;
     EXPECT_EQ(converged("Findt@ss2", 0.5, 1.0, 1e-6, Depth(root)), afterHalvings(19));
     EXPECT_TRUE(converged.notices.empty());
-}
-
-TEST(FindRoot, StopsWhereTheEquationIsExactlyZero) {
-    // D is constant from the end of the pass (t = 1) on, so with the target D(1.5) every
-    // midpoint from 1 on is a root; the first midpoint, 1, ends the solve at once.
-    Solve flat;
-    EXPECT_EQ(flat("Findt@ss2", 0.5, 1.5, 1e-12, Depth(1.5)), 1.0);
-    EXPECT_TRUE(flat.notices.empty());
-
-    // An unknown name evaluates to 0 everywhere: second branch, then the first midpoint.
-    Solve unknown;
-    EXPECT_EQ(unknown("no such equation", 0.2, 0.6, 1e-12, 0), 0.4);
 }
 
 } // namespace

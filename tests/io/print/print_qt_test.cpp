@@ -1,18 +1,21 @@
 // The Qt side of printing: the painter surface's measures and marks, the chart picture, the PDF
-// file and the preview window. Runs on the offscreen platform.
+// file, the preview window, and the rate chart at the sizes it is shown and printed. Runs on the
+// offscreen platform.
 
 #include "QPainterSurface.h"
+#include "chart_data.h"
 #include "dialogs/frmPreview.h"
 #include "printing.h"
+#include "rate_chart_content.h"
 
-#include <QApplication>
-#include <QFile>
-#include <QImage>
-#include <QMenuBar>
-#include <QPainter>
-#include <QTemporaryDir>
+#include <QtCharts>
+#include <QtWidgets>
 
 #include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+#include <set>
 
 namespace rainfold::ui {
 namespace {
@@ -34,8 +37,8 @@ bool AnyDark(const QImage& image, const QRect& area) {
     return false;
 }
 
-TEST(QPainterSurface, WritesMoveThePositionByTheMeasuredText) {
-    QImage image = TwipImage(4000, 2000);
+TEST(QPainterSurface, WritesByTheMeasuredTextAndDrawsInTwips) {
+    QImage image = TwipImage(4000, 3000);
     QPainter painter(&image);
     QPainterSurface s(painter, 4000);
     s.SetFontName("Times New Roman");
@@ -56,28 +59,22 @@ TEST(QPainterSurface, WritesMoveThePositionByTheMeasuredText) {
     EXPECT_LT(lineHeight, 400);
     s.SetFontBold(true);
     EXPECT_GT(s.TextWidth("Rainfold"), width);
+
+    s.Line(100, 1500, 2900, 1500);
+    QImage red(10, 10, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    s.PaintPicture(MakePicture(red, 400, 200), 1000, 2000);
+    s.PaintPicture(Picture{}, 0, 0); // nothing to paint
     painter.end();
     // The text lies right of and below its top-left corner.
     EXPECT_TRUE(AnyDark(image, QRect(100, 200, static_cast<int>(width), 240)));
     EXPECT_FALSE(AnyDark(image, QRect(0, 0, 4000, 190)));
-}
-
-TEST(QPainterSurface, DrawsLinesAndPicturesInTwips) {
-    QImage image = TwipImage(3000, 3000);
-    QPainter painter(&image);
-    QPainterSurface s(painter, 3000);
-    s.Line(100, 500, 2900, 500);
-    QImage red(10, 10, QImage::Format_RGB32);
-    red.fill(Qt::red);
-    s.PaintPicture(MakePicture(red, 400, 200), 1000, 1000);
-    s.PaintPicture(Picture{}, 0, 0); // nothing to paint
-    painter.end();
-    EXPECT_TRUE(AnyDark(image, QRect(1500, 495, 1, 10)));
-    EXPECT_FALSE(AnyDark(image, QRect(1500, 520, 1, 400)));
-    EXPECT_EQ(image.pixel(1005, 1005), QColor(Qt::red).rgb());
-    EXPECT_EQ(image.pixel(1395, 1195), QColor(Qt::red).rgb());
-    EXPECT_EQ(image.pixel(1405, 1100), QColor(Qt::white).rgb());
-    EXPECT_EQ(image.pixel(1100, 1205), QColor(Qt::white).rgb());
+    EXPECT_TRUE(AnyDark(image, QRect(1500, 1495, 1, 10)));
+    EXPECT_FALSE(AnyDark(image, QRect(1500, 1520, 1, 400)));
+    EXPECT_EQ(image.pixel(1005, 2005), QColor(Qt::red).rgb());
+    EXPECT_EQ(image.pixel(1395, 2195), QColor(Qt::red).rgb());
+    EXPECT_EQ(image.pixel(1405, 2100), QColor(Qt::white).rgb());
+    EXPECT_EQ(image.pixel(1100, 2205), QColor(Qt::white).rgb());
 }
 
 TEST(WritePdf, WritesOneLetterPageOrSaysItCannot) {
@@ -90,12 +87,11 @@ TEST(WritePdf, WritesOneLetterPageOrSaysItCannot) {
     }));
     EXPECT_NEAR(pageWidth, 12240, 2); // 8.5 inches, the whole sheet
     QFile pdf(file);
-    ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(pdf.read(5) == "%PDF-");
+    EXPECT_TRUE(pdf.open(QIODevice::ReadOnly) && pdf.read(5) == "%PDF-");
     EXPECT_FALSE(WritePdf(dir.filePath("no/such/folder/page.pdf"), [](DrawingSurface&) {}));
 }
 
-TEST(frmPreview, OpensEmptyAtPageSizeAndDrawsOnItsOwnPicture) {
+TEST(frmPreview, OpensEmptyAtPageSizeDrawsAndPrintsItsOwnPicture) {
     QWidget main;
     main.setGeometry(100, 50, 1200, 800);
     frmPreview preview(&main);
@@ -122,19 +118,13 @@ TEST(frmPreview, OpensEmptyAtPageSizeAndDrawsOnItsOwnPicture) {
     next.Open(&main, "Plot Preview", [](DrawingSurface&) {});
     EXPECT_EQ(next.windowTitle(), "Plot Preview");
     EXPECT_FALSE(AnyDark(next.picture().toImage(), next.picture().rect()));
-}
 
-TEST(frmPreview, PrintPutsTheWindowPictureOnPaperAndCloses) {
-    QTemporaryDir dir;
-    frmPreview preview;
-    preview.Open(nullptr, "Plot Preview", [](DrawingSurface& s) { s.Line(0, 100, 12240, 100); });
+    // Cancelling the print dialog leaves the preview open; printing closes it.
     preview.show();
-
-    // Cancelling the print dialog leaves the preview open.
     preview.setPrinterChooser([](QPrinter&, QWidget*) { return false; });
     preview.MnuPrint_Click();
     EXPECT_TRUE(preview.isVisible());
-
+    QTemporaryDir dir;
     const QString file = dir.filePath("preview.pdf");
     preview.setPrinterChooser([&](QPrinter& printer, QWidget*) {
         printer.setOutputFormat(QPrinter::PdfFormat);
@@ -149,6 +139,90 @@ TEST(frmPreview, PrintPutsTheWindowPictureOnPaperAndCloses) {
     EXPECT_EQ(preview.PrintedPicture().size(),
               QSize(preview.TwipsToPixelsX(12240), preview.TwipsToPixelsY(13960)));
     EXPECT_GT(QFile(file).size(), 0);
+}
+
+// The rate chart: every axis label reads in full, no two time labels read the same, and each
+// curve is named beside itself where it shows. A pass of 2T hours peaking at `peak` in/hr, against
+// an intake rate of k t^-0.5 in/hr.
+ChartData Pass(double peak, double T, double k) {
+    ChartData d;
+    for (int i = 0; i <= 100; ++i) {
+        const double t = i * 2 * T / 100;
+        d.application.push_back({t, peak * std::sqrt(std::fmax(0, 2 * T * t - t * t)) / T});
+        d.intake.push_back({t, i == 0 ? 39.3701 : k / std::sqrt(t)});
+    }
+    d.pondingMarker = {{T / 2, 0}, {T / 2, peak * 0.866}};
+    ChartScale(peak * 25.4, d.yMaximum, d.yDivisions);
+    return d;
+}
+
+TEST(RateChart, LabelsReadInFullAtEverySizeTheChartIsShownAndPrinted) {
+    const struct {
+        double peak, T, k; // in/hr, h, in/hr at 1 h
+        bool intakeShows;
+    } passes[] = {
+        {2, 0.17, 0.5, true},      // 3 in/hr, 6 divisions
+        {8.4, 0.075, 0.6, true},   // 9 in/hr, 18 divisions
+        {9.3, 0.075, 0.6, true},   // 10 in/hr, 20 divisions
+        {45, 0.0036, 0.6, true},   // 48 in/hr, 12 divisions, a pass of 0.0072 h
+        {176, 0.00115, 0.6, true}, // 180 in/hr, 18 divisions, a pass of 0.0023 h
+        {2.9, 1.6, 40, false},     // an intake wholly above the scale, a pass of 3.2 h
+    };
+    // The chart's smallest size on the results page, its size in the window at the window's
+    // default size, and the printed plot's picture (6,800 by 5,100 twips at 96 dpi).
+    const QSizeF sizes[] = {{360, 300}, {370, 480}, {453.3, 340}};
+    for (const auto& p : passes)
+        for (const QSizeF& size : sizes) {
+            SCOPED_TRACE(testing::Message() << "peak " << p.peak << " in/hr, pass " << 2 * p.T
+                                            << " h, " << size.width() << " x " << size.height());
+            const ChartData data = Pass(p.peak, p.T, p.k);
+            QGraphicsScene scene;
+            auto* chart = new QChart;
+            scene.addItem(chart);
+            FillRateChart(chart, data, true);
+            LayOutRateChart(chart, size);
+            const QRectF plot = chart->plotArea();
+            // The axis labels, left to right and bottom to top, and the curve names, where.
+            QMap<double, QString> times, rates;
+            std::map<QString, QRectF> names;
+            for (QGraphicsItem* item : scene.items()) {
+                if (!item->isVisible())
+                    continue;
+                const QRectF at = item->sceneBoundingRect();
+                const auto* text = dynamic_cast<QGraphicsTextItem*>(item);
+                const auto* name = dynamic_cast<QGraphicsSimpleTextItem*>(item);
+                const QString s = text ? text->toPlainText() : name ? name->text() : QString();
+                EXPECT_FALSE(s.contains(QChar(0x2026))) << s.toStdString();
+                const bool label = text && !s.isEmpty() && !s.contains('('); // not a title
+                if (name)
+                    names[s] = at;
+                else if (label && at.top() >= plot.bottom())
+                    times[at.center().x()] = s;
+                else if (label && at.right() <= plot.left())
+                    rates[-at.center().y()] = s;
+            }
+            const QStringList timeLabels = times.values(), rateLabels = rates.values();
+
+            // Labels from 0 up, on the scale's steps, thinned if need be but at least three.
+            ASSERT_GE(rateLabels.size(), 3);
+            EXPECT_EQ(rateLabels.front(), "0");
+            const double step = data.yMaximum / data.yDivisions;
+            for (const QString& s : rateLabels) {
+                const double divisions = s.toDouble() / step;
+                EXPECT_NEAR(divisions, std::round(divisions), 1e-9) << s.toStdString();
+            }
+
+            ASSERT_GE(timeLabels.size(), 3);
+            EXPECT_EQ(std::set<QString>(timeLabels.begin(), timeLabels.end()).size(),
+                      size_t(timeLabels.size()))
+                << timeLabels.join(' ').toStdString();
+            EXPECT_NEAR(timeLabels.back().toDouble(), 2 * p.T, 2 * p.T / 50);
+
+            EXPECT_EQ(names.count("Application Rate"), 1u);
+            EXPECT_EQ(names.count("Intake Rate"), p.intakeShows ? 1u : 0u);
+            for (const auto& [name, box] : names)
+                EXPECT_TRUE(plot.contains(box)) << name.toStdString();
+        }
 }
 
 } // namespace
