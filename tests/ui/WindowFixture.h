@@ -8,6 +8,7 @@
 #include <QtTest>
 #include <QtWidgets>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -69,10 +70,7 @@ struct SeenBox {
     int page = -1; // the window's page under the box
     // "title|icon|page|text", the icon as "!" (warning), "i" (information), "-" (none) or "?".
     QString line() const {
-        const char* mark = icon == QMessageBox::Warning       ? "!"
-                           : icon == QMessageBox::Information ? "i"
-                           : icon == QMessageBox::NoIcon      ? "-"
-                                                              : "?";
+        const QChar mark = QStringLiteral("-i!??").at(std::clamp(int(icon), 0, 4));
         return QStringLiteral("%1|%2|%3|%4").arg(title, mark, QString::number(page), text);
     }
 };

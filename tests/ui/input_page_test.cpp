@@ -75,10 +75,8 @@ private slots:
             f.trigger(entry);
             QVERIFY(!bar->isHidden() && f.action(entry)->isChecked());
         }
-    }
 
-    void notices() {
-        WindowFixture f;
+        // The notices: File > Close, which has nothing to close, and About.
         Texts opened; // About, from the menu and from the toolbar
         ModalAnswer answer({}, [&opened](QWidget* modal) {
             opened << modal->objectName() + '/' + modal->parentWidget()->objectName();

@@ -21,7 +21,8 @@ int EnvInt(const char* name, int fallback) {
     return ok ? value : fallback;
 }
 
-// Types a text key by key; the one letter beyond ASCII as the key that bears it.
+// Types a text key by key; the one letter beyond ASCII as the key that bears it (QTest has no key
+// for it).
 void Type(QWidget* w, const QString& text) {
     for (const QChar c : text) {
         if (c.unicode() < 0x80)
@@ -105,17 +106,15 @@ private slots:
         auto* editor = f.field("txtEdit");
         QList<QLineEdit*> inputs;
         QHash<QLineEdit*, double> sound; // the sound values of the number fields
-        for (const char* name :
-             {"txtDescription", "txtLegalID", "txtCounty",    "txtState",   "txtDesigner",
-              "txtDate",        "txtSYL",     "txtGPM",       "txtAPPL",    "txtWetDiam",
-              "txtUk",          "txtUN",      "txtSurfStore", "txtResidue", "txtKS",
-              "txtHW",          "txtThetaS",  "txtThetaI",    "txtOmega",   "txtRzDepth"}) {
-            inputs << f.field(name);
+        for (QLineEdit* field : segments->parentWidget()->findChildren<QLineEdit*>()) {
             bool isNumber = false;
-            const double value = inputs.last()->text().toDouble(&isNumber);
+            const double value = field->text().toDouble(&isNumber);
             if (isNumber)
-                sound[inputs.last()] = value;
+                sound[field] = value;
+            if (!field->isReadOnly() && field != editor)
+                inputs << field;
         }
+        QCOMPARE(inputs.size(), 20);
         const Texts options = {"mnuOptionsSR0", "mnuOptionsSR1", "mnuOptionsSR2", "mnuOptionsSR3",
                                "mnuOptionsGreenAmpt"};
         const QList<int> gridKeys = {Qt::Key_Up,     Qt::Key_Down,   Qt::Key_Left, Qt::Key_Right,
