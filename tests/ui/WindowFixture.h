@@ -1,20 +1,14 @@
 #pragma once
 // A shown, active main window, short ways to reach its controls by name, a sample design, and
-// the answers to the modal windows a command opens. The results-page benchmark shares it.
+// the answers to the modal windows a command opens, and whole-file reads and writes. The
+// results-page benchmark shares it.
 
 #include "main/ROAnalysis.h"
 
-#include <QAbstractButton>
-#include <QAction>
-#include <QApplication>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPointer>
-#include <QTabWidget>
-#include <QTest>
-#include <QTimer>
+#include <QtTest>
+#include <QtWidgets>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -76,17 +70,15 @@ struct SeenBox {
     int page = -1; // the window's page under the box
     // "title|icon|page|text", the icon as "!" (warning), "i" (information), "-" (none) or "?".
     QString line() const {
-        const char* mark = icon == QMessageBox::Warning       ? "!"
-                           : icon == QMessageBox::Information ? "i"
-                           : icon == QMessageBox::NoIcon      ? "-"
-                                                              : "?";
+        const QChar mark = QStringLiteral("-i!??").at(std::clamp(int(icon), 0, 4));
         return QStringLiteral("%1|%2|%3|%4").arg(title, mark, QString::number(page), text);
     }
 };
 
 // Answers the modal windows a command opens, from inside the command's own event loop: each
-// message box in turn gets Cancel for a "C" in `answers` and OK otherwise (also once the answers
-// run out); any other modal window goes to `other`, which closes it.
+// message box in turn gets Cancel for a "C" in `answers` (OK where it has no Cancel) and OK
+// otherwise (also once the answers run out); any other modal window goes to `other`, which
+// closes it.
 class ModalAnswer {
 public:
     explicit ModalAnswer(QString answers = {}, std::function<void(QWidget*)> other = {})
@@ -115,7 +107,8 @@ private:
                              tabs ? tabs->currentIndex() : -1});
             const bool cancel = answers_.startsWith('C');
             answers_.remove(0, 1);
-            box->button(cancel ? QMessageBox::Cancel : QMessageBox::Ok)->click();
+            QAbstractButton* cancelButton = box->button(QMessageBox::Cancel);
+            (cancel && cancelButton ? cancelButton : box->button(QMessageBox::Ok))->click();
         } else if (other_) {
             other_(modal);
         }
@@ -125,3 +118,15 @@ private:
     QTimer timer_;
     QPointer<QWidget> last_;
 };
+
+inline QByteArray ReadAll(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Writes the bytes whole, making the folders on the way.
+inline bool WriteFile(const QString& path, const QByteArray& bytes) {
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
