@@ -9,7 +9,10 @@ RAINFOLD_JOBS="${RAINFOLD_JOBS:-$(nproc)}"
 
 packages=(cmake g++ make qt6-base-dev qt6-charts-dev libgl-dev libgtest-dev libbenchmark-dev
           xvfb xauth python3 poppler-utils fonts-dejavu-core fonts-liberation
-          libqt6opengl6-dev libcli11-dev nlohmann-json3-dev)
+          libqt6opengl6-dev libcli11-dev nlohmann-json3-dev locales)
+
+sudo_cmd=()
+[ "$(id -u)" -eq 0 ] || sudo_cmd=(sudo)
 
 missing=()
 for p in "${packages[@]}"; do
@@ -17,11 +20,15 @@ for p in "${packages[@]}"; do
 done
 if ((${#missing[@]})); then
     echo "Installing: ${missing[*]}"
-    sudo_cmd=()
-    [ "$(id -u)" -eq 0 ] || sudo_cmd=(sudo)
     "${sudo_cmd[@]}" apt-get update -qq
     DEBIAN_FRONTEND=noninteractive "${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends \
         "${missing[@]}"
+fi
+
+# The tests run the program under a German locale too, whose decimal mark is a comma.
+if ! locale -a 2>/dev/null | grep -qix 'de_DE.utf-\?8'; then
+    echo "Generating the de_DE.UTF-8 locale"
+    "${sudo_cmd[@]}" localedef -i de_DE -f UTF-8 de_DE.UTF-8
 fi
 
 # RAINFOLD_SETUP_BUILD=0: install only (tools/package builds its own way).

@@ -61,14 +61,14 @@ int WritePicture(const ExploreOptions& options, const CommandOutput& output,
     static char name[] = "rainfold-cli";
     static char* argv[] = {name, nullptr};
     const QGuiApplication app(argc, argv);
-    ui::ExplorerMapView view = ui::MapViewFor(design, probe, map.axis, options.target);
+    render::ExplorerMapView view = render::MapViewFor(design, probe, map.axis, options.target);
     view.map = &map;
-    const QSize size(ui::kExplorerPictureWidth, ui::kExplorerPictureHeight);
+    const QSize size(render::kExplorerPictureWidth, render::kExplorerPictureHeight);
     const bool pdf = !options.pdf.empty();
     const std::string& file = pdf ? options.pdf : options.png;
     const QString path = QString::fromStdString(file);
-    const bool written = pdf ? ui::WriteExplorerMapPdf(path, view, size)
-                             : ui::ExplorerMapImage(view, size).save(path, "PNG");
+    const bool written = pdf ? render::WriteExplorerMapPdf(path, view, size)
+                             : render::ExplorerMapImage(view, size).save(path, "PNG");
     if (!written)
         return output.Fail(kExitOutput, "cannot write " + file,
                            "rainfold-cli " + output.command() + ": ");

@@ -1,7 +1,8 @@
 #include "json_text.h"
 
+#include "format.h"
+
 #include <cmath>
-#include <cstdio>
 
 namespace rainfold::cli {
 
@@ -45,9 +46,7 @@ void Write(const Json& value, std::string& out) {
             out += "null";
             break;
         }
-        char buffer[32];
-        std::snprintf(buffer, sizeof buffer, "%.17g", x);
-        out += buffer;
+        out += SignificantText(x, 17);
         break;
     }
     default:

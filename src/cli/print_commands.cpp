@@ -6,16 +6,11 @@
 #include "calc.h"
 #include "chart_data.h"
 #include "chart_picture.h"
-#include "printing.h"
+#include "page_output.h"
 #include "printout.h"
 #include "results_page.h"
 
 #include <QApplication>
-#include <QBuffer>
-#include <QPageLayout>
-#include <QPageSize>
-#include <QPainter>
-#include <QPdfWriter>
 #include <QString>
 
 #include <memory>
@@ -33,31 +28,6 @@ struct PrintOptions {
     int capacity = 2;  // capacity case shown: 1 less 100 gpm, 2 as entered, 3 plus 100 gpm
     int position = 10; // position charted, 1..10 (the outer end unless asked)
 };
-
-// One Letter page as PDF bytes, drawn in memory so that nothing reaches the file system until
-// the whole document exists. The layout matches the printer's: 1200 dpi, the whole sheet.
-bool RenderPdf(const ui::SurfaceDrawing& draw, std::string& bytes) {
-    QByteArray pdf;
-    QBuffer buffer(&pdf);
-    buffer.open(QIODevice::WriteOnly);
-    {
-        QPdfWriter writer(&buffer);
-        writer.setResolution(1200);
-        writer.setPageLayout(QPageLayout(QPageSize(QPageSize::Letter), QPageLayout::Portrait,
-                                         QMarginsF(0, 0, 0, 0)));
-        writer.setCreator(QStringLiteral("Rainfold ") + ui::VersionText());
-        QPainter painter;
-        if (!painter.begin(&writer))
-            return false;
-        const double twipsPerPixel = 1440.0 / writer.logicalDpiX();
-        ui::QPainterSurface surface(painter, writer.width() * twipsPerPixel);
-        draw(surface);
-        if (!painter.end())
-            return false;
-    }
-    bytes.assign(pdf.constData(), static_cast<size_t>(pdf.size()));
-    return !bytes.empty();
-}
 
 // The printed pages need a GUI application for fonts and the chart; no window is ever shown.
 std::unique_ptr<QApplication> StartApplication() {
@@ -90,8 +60,8 @@ int Run(Page kind, const PrintOptions& options, const CommandOutput& output) {
     in.SurfStore = results.SurfStore;
 
     const auto app = StartApplication();
-    in.version = ui::VersionText().toStdString();
-    in.printDate = ui::ShortDateToday().toStdString();
+    in.version = render::VersionText().toStdString();
+    in.printDate = render::ShortDateToday().toStdString();
 
     if (kind == Page::Plot) {
         const ChartOutcome chart =
@@ -103,11 +73,11 @@ int Run(Page kind, const PrintOptions& options, const CommandOutput& output) {
         in.txtTP = chart.data.txtTP;
         in.percentRunoff =
             in.page.grid[static_cast<size_t>(in.shownRow)][static_cast<size_t>(column)];
-        in.chart = ui::ChartPicture(chart.data, chart.drawn);
+        in.chart = render::ChartPicture(chart.data, chart.drawn);
     }
 
     std::string pdf;
-    const bool drawn = RenderPdf(
+    const bool drawn = render::RenderPdfPage(
         [&](DrawingSurface& s) {
             if (kind == Page::Report)
                 PrintReport(s, in);

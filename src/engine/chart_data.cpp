@@ -7,7 +7,6 @@
 #include "pattern.h"
 
 #include <cmath>
-#include <cstdlib>
 #include <functional>
 
 namespace rainfold {
@@ -15,11 +14,13 @@ namespace rainfold {
 namespace {
 
 // Chart values are kept to four decimals, in in/hr.
-double ToChart(double mmPerHour) {
-    return std::strtod(FormatFixed(mmPerHour / 25.4, 4).c_str(), nullptr);
-}
 double Round4(double x) {
-    return std::strtod(FormatFixed(x, 4).c_str(), nullptr);
+    double value = 0;
+    ParseDecimal(FormatFixed(x, 4), value);
+    return value;
+}
+double ToChart(double mmPerHour) {
+    return Round4(mmPerHour / 25.4);
 }
 
 // The application rate of the chart: sqrt(2 T t - t^2) * P / T, 0 under the root taken as 0.

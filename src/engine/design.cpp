@@ -1,7 +1,8 @@
 #include "design.h"
 
+#include "format.h"
+
 #include <cctype>
-#include <cstdlib>
 #include <string>
 
 namespace rainfold {
@@ -54,9 +55,10 @@ double Val(const std::string& text) {
     while (from < text.size() && IsBlankChar(text[from]))
         ++from;
     const size_t len = NumberLength(text, from);
-    if (len == 0)
-        return 0.0;
-    return std::strtod(text.substr(from, len).c_str(), nullptr);
+    double value = 0.0;
+    if (len > 0)
+        ParseDecimal(std::string_view(text).substr(from, len), value);
+    return value;
 }
 
 bool IsBlank(const std::string& text) {

@@ -1,14 +1,13 @@
 #include "explore.h"
 
 #include "fault.h"
+#include "format.h"
 #include "green_ampt.h"
 #include "intake.h"
 #include "results_page.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
 #include <limits>
 #include <mutex>
 #include <stdexcept>
@@ -295,14 +294,13 @@ std::string PackageClass(double diameterFt) {
 }
 
 std::string ExactText(double x) {
-    char buf[64];
     for (int decimals = 0; decimals <= 20; ++decimals) {
-        std::snprintf(buf, sizeof buf, "%.*f", decimals, x);
-        if (std::strtod(buf, nullptr) == x)
-            return buf;
+        const std::string text = FixedText(x, decimals);
+        double back = 0;
+        if (ParseDecimal(text, back) && back == x)
+            return text;
     }
-    std::snprintf(buf, sizeof buf, "%.17g", x);
-    return buf;
+    return SignificantText(x, 17);
 }
 
 DesignRecord DesignAt(const DesignRecord& design, ExploreAxis axis, double diameterFt, double y) {

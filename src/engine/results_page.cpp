@@ -6,8 +6,6 @@
 #include "intake.h"
 #include "pattern.h"
 
-#include <cstdlib>
-
 namespace rainfold {
 
 namespace {
@@ -75,7 +73,9 @@ ResultsPage BuildResultsPage(const DesignRecord& design, const Results& res, int
         page.txtHPV[i] = FormatFixed(Read(res.PeakRate.get(k, 10, slot)) / kMmPerInch, 1);
         // The half time is rounded to two decimals before it is doubled.
         const std::string half = FormatFixed(Read(res.HalfTime.get(k, 10, slot)), 2);
-        page.txtTPV[i] = PlainNumber(2 * std::strtod(half.c_str(), nullptr));
+        double halfValue = 0;
+        ParseDecimal(half, halfValue);
+        page.txtTPV[i] = PlainNumber(2 * halfValue);
     }
 
     if (green) {

@@ -1,8 +1,15 @@
-// Display conversions: fixed decimals with halves away from zero, and plain number text.
+// Number conversions: fixed decimals with halves away from zero, plain number text, the shortest
+// text that reads back, and decimal reading; all with a point under any locale.
 
+#include "design.h"
 #include "format.h"
 
 #include <gtest/gtest.h>
+
+#include <clocale>
+#include <cmath>
+#include <limits>
+#include <string>
 
 namespace rainfold {
 namespace {
@@ -48,6 +55,75 @@ TEST(PlainNumber, FifteenSignificantDigits) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(PlainNumber(c.x), c.expected) << c.expected;
+}
+
+TEST(ParseDecimal, ReadsWholeDecimalNumbersOnly) {
+    const double inf = std::numeric_limits<double>::infinity();
+    const struct {
+        const char* text;
+        bool ok;
+        double value;
+    } cases[] = {
+        // clang-format off
+        {"0.45", true, 0.45}, {"-12.5", true, -12.5}, {"+3", true, 3}, {".5", true, 0.5},
+        {"5.", true, 5}, {"1e-3", true, 0.001}, {"2.5E+2", true, 250}, {"0800", true, 800},
+        {"1e400", true, inf}, {"-1e400", true, -inf}, {"1e-400", true, 0}, {"0e999999", true, 0},
+        {"4.9406564584124654e-324", true, 4.9406564584124654e-324}, // the smallest subnormal
+        {"0,45", false, 0}, {"1,5", false, 0}, {"1_300", false, 0}, {"1d3", false, 0},
+        {"0x10", false, 0}, {"inf", false, 0}, {"nan", false, 0}, {"1e", false, 0},
+        {" 1", false, 0}, {"1 ", false, 0}, {"", false, 0}, {"-", false, 0}, {".", false, 0},
+        {"1.2.3", false, 0}, {"++1", false, 0},
+        // clang-format on
+    };
+    for (const auto& c : cases) {
+        double value = -7;
+        EXPECT_EQ(ParseDecimal(c.text, value), c.ok) << c.text;
+        EXPECT_EQ(value, c.ok ? c.value : -7) << c.text;
+    }
+}
+
+TEST(ShortestText, ReadsBackToTheSameDouble) {
+    const struct {
+        double x;
+        const char* expected;
+    } cases[] = {
+        {7.874, "7.874"},
+        {800.0000000000001, "800.0000000000001"},
+        {0.1 + 0.2, "0.30000000000000004"},
+        {25.4, "25.4"},
+        {1e300, "1e+300"},
+        {-0.5, "-0.5"},
+        {3, "3"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(ShortestText(c.x), c.expected);
+        double back = 0;
+        ASSERT_TRUE(ParseDecimal(ShortestText(c.x), back));
+        EXPECT_EQ(back, c.x);
+    }
+    EXPECT_EQ(FixedText(2.675, 2), "2.67"); // the binary value, below the half
+    EXPECT_EQ(SignificantText(1.0 / 3, 6), "0.333333");
+}
+
+// A desktop with a comma as its decimal mark (Qt hands the C library the user's locale at start-up)
+// must read, show and save exactly what an English one does.
+TEST(NumbersUnderACommaLocale, ReadAndWriteWithAPoint) {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr)
+        << "the de_DE.UTF-8 locale is not installed; tools/setup.sh generates it";
+    const double theta = Val("0.45");
+    const std::string fixed = FormatFixed(0.3125, 2), plain = PlainNumber(1.5),
+                      shortest = ShortestText(0.31), significant = SignificantText(0.125, 17);
+    double parsed = 0;
+    const bool read = ParseDecimal("2.5", parsed);
+    std::setlocale(LC_ALL, before.c_str());
+    EXPECT_EQ(theta, 0.45);
+    EXPECT_EQ(fixed, "0.31");
+    EXPECT_EQ(plain, "1.5");
+    EXPECT_EQ(shortest, "0.31");
+    EXPECT_EQ(significant, "0.125");
+    EXPECT_TRUE(read);
+    EXPECT_EQ(parsed, 2.5);
 }
 
 } // namespace

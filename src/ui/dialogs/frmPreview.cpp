@@ -43,8 +43,8 @@ private:
 
 } // namespace rainfold::ui
 
+using rainfold::render::QPainterSurface;
 using rainfold::ui::PreviewCanvas;
-using rainfold::ui::QPainterSurface;
 
 namespace {
 

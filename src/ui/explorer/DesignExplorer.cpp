@@ -3,6 +3,7 @@
 #include "ExplorerMapWidget.h"
 #include "ExplorerPivotChart.h"
 #include "Messages.h"
+#include "format.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -32,8 +33,9 @@ constexpr int kRows = 40;
 
 // A value with `decimals` decimals when that is exactly the value, in full otherwise.
 QString Fixed(double x, int decimals) {
-    const QString text = QString::number(x, 'f', decimals);
-    return text.toDouble() == x ? text : QString::fromStdString(ExactText(x));
+    const std::string text = FixedText(x, decimals);
+    double back = 0;
+    return QString::fromStdString(ParseDecimal(text, back) && back == x ? text : ExactText(x));
 }
 
 QString DefaultSaveDialog(QWidget* parent, const QString& filter) {
@@ -282,7 +284,8 @@ void DesignExplorer::mapDone(const std::shared_ptr<Job>& job) {
 }
 
 void DesignExplorer::refreshView() {
-    ui::ExplorerMapView view = ui::MapViewFor(design_, *probe_, axis(), target().value_or(0));
+    render::ExplorerMapView view =
+        render::MapViewFor(design_, *probe_, axis(), target().value_or(0));
     if (map_ && map_->axis == axis())
         view.map = map_.get();
     view.message = mapMessage_;
@@ -398,7 +401,7 @@ void DesignExplorer::use(const QString& field, const QString& text) {
 }
 
 QImage DesignExplorer::picture() const {
-    return ui::ExplorerMapImage(mapView->view(), mapView->size());
+    return render::ExplorerMapImage(mapView->view(), mapView->size());
 }
 
 void DesignExplorer::copyPicture() {
@@ -410,7 +413,7 @@ void DesignExplorer::savePicture(bool pdf) {
                                                : QStringLiteral("PNG Images (*.png)"));
     if (name.isEmpty())
         return;
-    const bool saved = pdf ? ui::WriteExplorerMapPdf(name, mapView->view(), mapView->size())
+    const bool saved = pdf ? render::WriteExplorerMapPdf(name, mapView->view(), mapView->size())
                            : picture().save(name, "PNG");
     if (!saved)
         ui::ShowError(this, QStringLiteral("Could not save %1.").arg(name));

@@ -14,23 +14,24 @@ ExplorerMapWidget::ExplorerMapWidget(QWidget* parent) : QWidget(parent) {
     setCursor(Qt::CrossCursor);
 }
 
-void ExplorerMapWidget::setView(const ui::ExplorerMapView& view) {
+void ExplorerMapWidget::setView(const render::ExplorerMapView& view) {
     view_ = view;
     update();
 }
 
 QPointF ExplorerMapWidget::pixelOf(double diameterFt, double y) const {
-    return ui::ExplorerPointOf(ui::ExplorerPlotRect(QRectF(rect())), view_.axis, diameterFt, y);
+    return render::ExplorerPointOf(render::ExplorerPlotRect(QRectF(rect())), view_.axis, diameterFt,
+                                   y);
 }
 
 void ExplorerMapWidget::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    ui::PaintExplorerMap(painter, QRectF(rect()), view_);
+    render::PaintExplorerMap(painter, QRectF(rect()), view_);
 }
 
 void ExplorerMapWidget::mouseMoveEvent(QMouseEvent* event) {
-    const auto value =
-        ui::ExplorerValueAt(ui::ExplorerPlotRect(QRectF(rect())), view_.axis, event->position());
+    const auto value = render::ExplorerValueAt(render::ExplorerPlotRect(QRectF(rect())), view_.axis,
+                                               event->position());
     if (value)
         emit pointHovered(*value);
     else
@@ -40,8 +41,8 @@ void ExplorerMapWidget::mouseMoveEvent(QMouseEvent* event) {
 void ExplorerMapWidget::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton)
         return;
-    if (const auto value = ui::ExplorerValueAt(ui::ExplorerPlotRect(QRectF(rect())), view_.axis,
-                                               event->position()))
+    if (const auto value = render::ExplorerValueAt(render::ExplorerPlotRect(QRectF(rect())),
+                                                   view_.axis, event->position()))
         emit pointClicked(*value);
 }
 
@@ -53,7 +54,7 @@ bool ExplorerMapWidget::event(QEvent* event) {
     // The package bands name their package in full in a tool tip.
     if (event->type() == QEvent::ToolTip) {
         auto* help = static_cast<QHelpEvent*>(event);
-        const QString names = ui::ExplorerBandAt(QRectF(rect()), help->pos());
+        const QString names = render::ExplorerBandAt(QRectF(rect()), help->pos());
         if (names.isEmpty())
             QToolTip::hideText();
         else

@@ -14,8 +14,8 @@ public:
     explicit ExplorerMapWidget(QWidget* parent = nullptr);
 
     // What to draw; the map the view points at must outlive the next setView.
-    void setView(const rainfold::ui::ExplorerMapView& view);
-    const rainfold::ui::ExplorerMapView& view() const { return view_; }
+    void setView(const rainfold::render::ExplorerMapView& view);
+    const rainfold::render::ExplorerMapView& view() const { return view_; }
 
     // Where (diameter ft, y in) lies on the widget, and the reverse.
     QPointF pixelOf(double diameterFt, double y) const;
@@ -33,5 +33,5 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    rainfold::ui::ExplorerMapView view_;
+    rainfold::render::ExplorerMapView view_;
 };

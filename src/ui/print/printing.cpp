@@ -4,8 +4,6 @@
 #include "dialogs/frmPreview.h"
 #include "printout.h"
 
-#include <QDate>
-#include <QLocale>
 #include <QPageLayout>
 #include <QPageSize>
 #include <QPainter>
@@ -30,20 +28,12 @@ void PrintWithDialog(QWidget* parent, const SurfaceDrawing& draw) {
 
 } // namespace
 
-QString VersionText() {
-    return QStringLiteral(RAINFOLD_PRINT_VERSION);
-}
-
-QString ShortDateToday() {
-    return QLocale::system().toString(QDate::currentDate(), QLocale::ShortFormat);
-}
-
 bool DrawOnPrinter(QPrinter& printer, const SurfaceDrawing& draw) {
     QPainter painter;
     if (!painter.begin(&printer))
         return false;
     const double twipsPerPixel = 1440.0 / printer.logicalDpiX();
-    QPainterSurface surface(painter, printer.width() * twipsPerPixel);
+    render::QPainterSurface surface(painter, printer.width() * twipsPerPixel);
     draw(surface);
     return painter.end();
 }
@@ -56,7 +46,7 @@ bool WritePdf(const QString& fileName, const SurfaceDrawing& draw) {
     printer.setPageOrientation(QPageLayout::Portrait);
     // The page's own margins are the layout's; the whole sheet is the drawing surface.
     printer.setFullPage(true);
-    printer.setCreator(QStringLiteral("Rainfold ") + VersionText());
+    printer.setCreator(QStringLiteral("Rainfold ") + render::VersionText());
     return DrawOnPrinter(printer, draw);
 }
 

@@ -2,25 +2,15 @@
 // The printed report and plot on their way out: to a printer chosen in the print dialog, to a
 // PDF file, or into the preview window.
 
-#include "drawing_surface.h"
+#include "page_output.h"
 #include "print_inputs.h"
-
-#include <QString>
-
-#include <functional>
 
 class QPrinter;
 class QWidget;
 
 namespace rainfold::ui {
 
-using SurfaceDrawing = std::function<void(DrawingSurface&)>;
-
-// The program's version as the printed pages show it: "major.minor.revision".
-QString VersionText();
-
-// Today's date in the system's short date form.
-QString ShortDateToday();
+using render::SurfaceDrawing;
 
 // Runs `draw` on the printer's page and ends the document. False when the printer cannot be
 // started (nothing is drawn then).

@@ -79,7 +79,8 @@ void ROAnalysis::showResults() {
     setOutputsEnabled(true);
     setSurfaceOptionsEnabled(false);
     resultsView_->setNavigationContext(design.intakeFamilyIndex, design.greenAmpt);
-    resultsView_->setSlotText(QString::number(InitialSlot(design.intakeFamilyIndex)));
+    resultsView_->setSlotText(
+        QString::fromStdString(std::to_string(InitialSlot(design.intakeFamilyIndex))));
 
     // Hidden while the pages fill, so nothing half-filled is drawn.
     SSTab1->setVisible(false);
@@ -146,7 +147,7 @@ void ROAnalysis::Display_Chart(int row, int column) {
 void ROAnalysis::stepSlot(int step) {
     const int slot = resultsView_->slotText().toInt();
     if ((step > 0 && slot < 3) || (step < 0 && slot > 1))
-        resultsView_->setSlotText(QString::number(slot + step));
+        resultsView_->setSlotText(QString::fromStdString(std::to_string(slot + step)));
     const QString fault = Calc_Results_And_Populate();
     if (!fault.isEmpty())
         ui::ShowError(this, fault);
@@ -173,12 +174,12 @@ PrintInputs ROAnalysis::printInputs() {
         in.percentRunoff =
             resultsView_->grid()->item(chartRow_, chartColumn_)->text().toStdString();
     in.SurfStore = results_->SurfStore;
-    in.version = ui::VersionText().toStdString();
-    in.printDate = ui::ShortDateToday().toStdString();
+    in.version = render::VersionText().toStdString();
+    in.printDate = render::ShortDateToday().toStdString();
     // The plot draws the chart shown, laid out afresh at the plot's own size, as the command
     // line's plot does.
     const RateChart* chart = resultsView_->chart();
-    in.chart = ui::ChartPicture(chart->data(), chart->hasData());
+    in.chart = render::ChartPicture(chart->data(), chart->hasData());
     return in;
 }
 

@@ -263,7 +263,7 @@ void ResultsView::setCurrentColumn(int column) {
 }
 
 void ResultsView::noteColumn(int column) {
-    txtCol->setText(QString::number(column));
+    txtCol->setText(QString::fromStdString(std::to_string(column)));
 }
 
 QString ResultsView::txtColText() const {

@@ -18,6 +18,7 @@
 #include <set>
 
 namespace rainfold::ui {
+using namespace rainfold::render;
 namespace {
 
 // An image at 1,440 dots per inch: one pixel is one twip.

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-namespace rainfold::ui {
+namespace rainfold::render {
 
 struct LabelPoint {
     double x = 0;
@@ -36,4 +36,4 @@ LabelPlace PlaceCurveLabel(const std::vector<LabelCurve>& curves, std::size_t ow
                            double height, const LabelBox& area, const std::vector<LabelBox>& taken,
                            LabelPreference preference);
 
-} // namespace rainfold::ui
+} // namespace rainfold::render

@@ -8,7 +8,7 @@
 class QChart;
 class QSizeF;
 
-namespace rainfold::ui {
+namespace rainfold::render {
 
 // Replaces the chart's series and axes by those of `data`. With `drawn` false only the empty
 // axes are set up, as the chart looks before any cell is charted.
@@ -19,4 +19,4 @@ void FillRateChart(QChart* chart, const ChartData& data, bool drawn = true);
 // for them. A chart in a view settles by itself.
 void LayOutRateChart(QChart* chart, const QSizeF& size);
 
-} // namespace rainfold::ui
+} // namespace rainfold::render

@@ -1,6 +1,7 @@
 #include "rate_chart_content.h"
 
 #include "curve_labels.h"
+#include "format.h"
 
 #include <QChart>
 #include <QCoreApplication>
@@ -16,7 +17,7 @@
 #include <array>
 #include <cmath>
 
-namespace rainfold::ui {
+namespace rainfold::render {
 
 namespace {
 
@@ -119,7 +120,7 @@ public:
         const double tEnd = time_->max();
         QString widest;
         for (int steps = kTimeSteps; steps >= 1; --steps) {
-            widest = QString::number(tEnd, 'f', TimeDecimals(tEnd, steps));
+            widest = QString::fromStdString(FixedText(tEnd, TimeDecimals(tEnd, steps)));
             if (TimeTicks(plot.width(), metrics.horizontalAdvance(widest)) >= steps) {
                 if (time_->tickCount() != steps + 1)
                     time_->setTickCount(steps + 1);
@@ -250,4 +251,4 @@ void LayOutRateChart(QChart* chart, const QSizeF& size) {
     }
 }
 
-} // namespace rainfold::ui
+} // namespace rainfold::render

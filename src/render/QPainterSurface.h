@@ -9,7 +9,7 @@
 
 class QPainter;
 
-namespace rainfold::ui {
+namespace rainfold::render {
 
 // The picture the Qt side paints: an image shown at the picture's size in twips.
 class ImagePicture : public PictureData {
@@ -61,4 +61,4 @@ private:
     double y_ = 0;
 };
 
-} // namespace rainfold::ui
+} // namespace rainfold::render

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <limits>
 
-namespace rainfold::ui {
+namespace rainfold::render {
 
 namespace {
 
@@ -106,4 +106,4 @@ LabelPlace PlaceCurveLabel(const std::vector<LabelCurve>& curves, std::size_t ow
     return best;
 }
 
-} // namespace rainfold::ui
+} // namespace rainfold::render

@@ -16,7 +16,7 @@
 #include <cmath>
 #include <vector>
 
-namespace rainfold::ui {
+namespace rainfold::render {
 
 namespace {
 
@@ -71,7 +71,7 @@ double XPixel(const QRectF& plot, double diameter) {
 }
 
 QString Number(double x) {
-    return QString::number(x, 'g', 6);
+    return QString::fromStdString(SignificantText(x, 6));
 }
 
 // Text with a white halo, readable over any colour of the map.
@@ -196,7 +196,8 @@ void DrawAxes(QPainter& p, const QRectF& plot, ExploreAxis axis) {
         const double value = lo + k * step;
         const double y = plot.bottom() - plot.height() * (value - lo) / (hi - lo);
         p.drawLine(QPointF(plot.left() - 6, y), QPointF(plot.left(), y));
-        const QString label = QString::number(value, 'f', axis == ExploreAxis::Depth ? 2 : 1);
+        const QString label =
+            QString::fromStdString(FixedText(value, axis == ExploreAxis::Depth ? 2 : 1));
         p.drawText(QPointF(plot.left() - 9 - fm.horizontalAdvance(label), y + fm.ascent() / 2 - 1),
                    label);
     }
@@ -487,4 +488,4 @@ bool WriteExplorerMapPdf(const QString& fileName, const ExplorerMapView& view, Q
     return painter.end();
 }
 
-} // namespace rainfold::ui
+} // namespace rainfold::render

@@ -6,7 +6,7 @@
 #include <QGraphicsScene>
 #include <QPainter>
 
-namespace rainfold::ui {
+namespace rainfold::render {
 
 namespace {
 
@@ -38,4 +38,4 @@ Picture ChartPicture(const ChartData& data, bool drawn, double widthTwips, doubl
     return MakePicture(image, widthTwips, heightTwips);
 }
 
-} // namespace rainfold::ui
+} // namespace rainfold::render

@@ -5,7 +5,7 @@
 #include "QPainterSurface.h"
 #include "chart_data.h"
 
-namespace rainfold::ui {
+namespace rainfold::render {
 
 // The chart picture's size on the page, twips: as wide as the plot allows for it, 4 by 3.
 inline constexpr double kChartPictureWidth = 6800;
@@ -17,4 +17,4 @@ inline constexpr double kChartPictureHeight = 5100;
 Picture ChartPicture(const ChartData& data, bool drawn, double widthTwips = kChartPictureWidth,
                      double heightTwips = kChartPictureHeight);
 
-} // namespace rainfold::ui
+} // namespace rainfold::render

@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-namespace rainfold::ui {
+namespace rainfold::render {
 
 namespace {
 
@@ -96,4 +96,4 @@ void QPainterSurface::PaintPicture(const Picture& picture, double x, double y) {
     painter_.restore();
 }
 
-} // namespace rainfold::ui
+} // namespace rainfold::render

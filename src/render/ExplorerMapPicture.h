@@ -16,7 +16,7 @@
 class QImage;
 class QPainter;
 
-namespace rainfold::ui {
+namespace rainfold::render {
 
 struct ExplorerMapView {
     ExploreAxis axis = ExploreAxis::Depth;
@@ -59,4 +59,4 @@ bool WriteExplorerMapPdf(const QString& fileName, const ExplorerMapView& view, Q
 inline constexpr int kExplorerPictureWidth = 1000;
 inline constexpr int kExplorerPictureHeight = 700;
 
-} // namespace rainfold::ui
+} // namespace rainfold::render
