@@ -5,6 +5,7 @@
 
 #include "calc.h"
 #include "checks.h"
+#include "csv_text.h"
 #include "design_file.h"
 #include "format.h"
 #include "results_page.h"

@@ -110,16 +110,4 @@ std::string CsvTextAsUtf8(const std::string& bytes) {
     return Cp1252ToUtf8(bytes);
 }
 
-std::string CsvField(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos)
-        return text;
-    std::string quoted = "\"";
-    for (char c : text) {
-        if (c == '"')
-            quoted += '"';
-        quoted += c;
-    }
-    return quoted + "\"";
-}
-
 } // namespace rainfold::cli

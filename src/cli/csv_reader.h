@@ -23,7 +23,4 @@ std::vector<CsvRecord> ReadCsv(const std::string& text);
 // code page spreadsheets on Windows save CSV files in.
 std::string CsvTextAsUtf8(const std::string& bytes);
 
-// A field written for a CSV file: quoted when it holds a comma, a quote or a line end.
-std::string CsvField(const std::string& text);
-
 } // namespace rainfold::cli
