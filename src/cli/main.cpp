@@ -40,6 +40,9 @@ int main(int argc, char** argv) {
     app.set_version_flag("--version", "rainfold-cli " RAINFOLD_VERSION,
                          "print the program's name and version");
     app.require_subcommand(1);
+    // Options are written --name on every system: "/data/pivot.rfd" is a file name on Windows too
+    // (under Wine, or a path given with forward slashes), not an option.
+    app.allow_windows_style_options(false);
     app.fallthrough(); // --version after a command's name still works
     app.footer("Exit codes: 0 done, 1 a design file cannot be opened, 2 the design fails a check,\n"
                "3 the computation stopped on a fault, 4 an output cannot be written,\n"

@@ -312,6 +312,12 @@ std::string SaveFile(const std::string& path, const std::string& bytes, StreamTa
             exists = true;
             // A symbolic link: the file it names is the one replaced.
             target = FinalPath(existing.get(), target);
+            // Read-only binds everyone, however the file system below shows it (under Wine, to
+            // root).
+            BY_HANDLE_FILE_INFORMATION info{};
+            if (GetFileInformationByHandle(existing.get(), &info) &&
+                (info.dwFileAttributes & FILE_ATTRIBUTE_READONLY))
+                return std::strerror(EACCES);
         }
     }
 
@@ -346,13 +352,22 @@ std::string SaveFile(const std::string& path, const std::string& bytes, StreamTa
         failed = LastReason();
     if (!failed.empty())
         return abandon(failed);
-    // ReplaceFileW keeps the old file's attributes and access rights; a new file takes the
-    // folder's.
-    const bool replaced =
-        exists ? ReplaceFileW(target.c_str(), temp.c_str(), nullptr,
-                              REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr) != 0
-               : MoveFileExW(temp.c_str(), target.c_str(),
-                             MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+    // The file keeps what it had: its attributes (hidden, archive ...) and its access rights.
+    // (ReplaceFileW would do this too, but leaves a file of its own behind where the old file is
+    // held open, under Wine.) A new file takes its folder's rights.
+    if (exists) {
+        const DWORD attributes = GetFileAttributesW(target.c_str());
+        if (attributes != INVALID_FILE_ATTRIBUTES)
+            SetFileAttributesW(temp.c_str(), attributes & ~FILE_ATTRIBUTE_READONLY);
+        DWORD size = 0;
+        GetFileSecurityW(target.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+        std::vector<char> rights(size);
+        if (size &&
+            GetFileSecurityW(target.c_str(), DACL_SECURITY_INFORMATION, rights.data(), size, &size))
+            SetFileSecurityW(temp.c_str(), DACL_SECURITY_INFORMATION, rights.data());
+    }
+    const bool replaced = MoveFileExW(temp.c_str(), target.c_str(),
+                                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
     if (!replaced)
         return abandon(LastReason());
     return "";

@@ -240,10 +240,6 @@ private:
 
 #endif
 
-std::string System(int code) {
-    return std::string(std::strerror(code)) + ".";
-}
-
 // What a message says after "Could not <verb> <path>: ".
 std::string After(const std::string& message, const std::string& prefix) {
     return message.rfind(prefix, 0) == 0 ? message.substr(prefix.size()) : message;
@@ -327,6 +323,10 @@ TEST(DesignFileBytes, ReadingRulesAndRefusals) {
 }
 
 #ifndef _WIN32
+std::string System(int code) {
+    return std::string(std::strerror(code)) + ".";
+}
+
 TEST_F(DesignFileByPath, OpenAnswersEveryKindOfPath) {
     const struct {
         const char* name;
@@ -358,7 +358,6 @@ TEST_F(DesignFileByPath, OpenAnswersEveryKindOfPath) {
         EXPECT_EQ(Opened(out, d, before, "Could not open " + path + ": "), c.expected) << c.name;
     }
 }
-#endif
 
 // "Müller’s Farms – 5° north" in Windows-1252: every letter and sign is one byte.
 const std::string kNewBytes = "\"M\xFCller\x92s Farms \x96 5\xB0 "
@@ -387,7 +386,6 @@ std::string Leftovers(const std::string& dir) {
     return found;
 }
 
-#ifndef _WIN32
 TEST_F(DesignFileByPath, SaveWritesTheTargetOrLeavesItAsItWas) {
     const std::string n254(254, 'n');
     const struct {

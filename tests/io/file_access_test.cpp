@@ -149,9 +149,11 @@ TEST(FilePaths, SameFileThroughEveryName) {
         {folder.At("missing.rfd"), false},
         {folder.dir().u8string(), false},
     };
-    for (const auto& c : cases)
-        if (c.made)
+    for (const auto& c : cases) {
+        if (c.made) {
             EXPECT_EQ(SameFile(c.path, design), c.same) << c.path;
+        }
+    }
 }
 
 // Piece by piece, the pieces make the file exactly, up to the limit and not one byte past it.
