@@ -198,6 +198,12 @@ bool FileChunks::Next(std::string& bytes, std::size_t most) {
 }
 
 std::string SaveFile(const std::string& path, const std::string& bytes, StreamTarget streams) {
+    // A device or pipe is asked for through the path as given: /dev/stdout leads through links
+    // under /proc that only the system itself can follow.
+    struct stat named {};
+    if (::stat(path.c_str(), &named) == 0 && !S_ISREG(named.st_mode) && !S_ISDIR(named.st_mode))
+        return streams == StreamTarget::WrittenDirectly ? WriteStream(path, bytes) : kNotRegular;
+
     std::string target = path;
     std::string reason;
     if (!ResolveLinks(target, reason))
@@ -211,8 +217,7 @@ std::string SaveFile(const std::string& path, const std::string& bytes, StreamTa
         if (S_ISDIR(old.st_mode))
             return Reason(EISDIR);
         if (!S_ISREG(old.st_mode))
-            return streams == StreamTarget::WrittenDirectly ? WriteStream(target, bytes)
-                                                            : kNotRegular;
+            return kNotRegular;
         // The rename below needs only the folder's permission: ask the file itself whether this
         // user may write it.
         Descriptor probe(::open(target.c_str(), O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));

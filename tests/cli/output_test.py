@@ -103,13 +103,14 @@ try:
     n = 0
     for command, option, magic in files:
         for kind in ("design file", "./design file", "link to the design", "hard link to the design",
-                     "dangling link", "size limit", "/dev/full", "read-only folder"):
+                     "dangling link", "size limit", "/dev/full", "closed pipe", "read-only folder"):
             n += 1
             folder = os.path.join(work, f"out{n}")
             os.mkdir(folder)
             design = os.path.join(folder, "d.rfd")
             shutil.copy(SPRAY, design)
             target, cwd, limit, user, code, says = os.path.join(folder, "out"), None, None, None, 0, ""
+            stdout = subprocess.PIPE
             with open(target, "wb") as f:
                 f.write(old)
             if kind == "design file":
@@ -131,6 +132,10 @@ try:
                 out, limit, code, says = target, 8192, 4, "File too large"
             elif kind == "/dev/full":
                 out, target, code, says = "/dev/full", None, 4, "No space left on device"
+            elif kind == "closed pipe":
+                out, target, code, says = "/dev/stdout", None, 4, "Broken pipe"
+                read, stdout = os.pipe()
+                os.close(read)
             else:
                 out, code = target, 4
                 says = f"the folder {folder} takes no new file: Permission denied"
@@ -142,7 +147,9 @@ try:
                     check("read-only folder as nobody", False, "no user nobody")
                     continue
             before = sorted(os.listdir(folder))
-            done = run(command, design, option, out, limit=limit, cwd=cwd, user=user)
+            done = run(command, design, option, out, limit=limit, cwd=cwd, user=user, stdout=stdout)
+            if stdout != subprocess.PIPE:
+                os.close(stdout)
             name = f"{command} {option} to a {kind}"
             check(f"{name}: exit {code}", done.returncode == code, (done.returncode, done.stderr))
             check(f"{name}: says '{says}' once", done.stderr.count(says) == 1 if says else
