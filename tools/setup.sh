@@ -9,7 +9,8 @@ RAINFOLD_JOBS="${RAINFOLD_JOBS:-$(nproc)}"
 
 packages=(cmake g++ make qt6-base-dev qt6-charts-dev libgl-dev libgtest-dev libbenchmark-dev
           xvfb xauth python3 poppler-utils fonts-dejavu-core fonts-liberation
-          libqt6opengl6-dev libcli11-dev nlohmann-json3-dev locales)
+          libqt6opengl6-dev libcli11-dev nlohmann-json3-dev locales
+          g++-mingw-w64-x86-64-posix wine wine64)
 
 sudo_cmd=()
 [ "$(id -u)" -eq 0 ] || sudo_cmd=(sudo)

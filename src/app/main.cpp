@@ -2,6 +2,8 @@
 
 #include "command_line.h"
 
+#include "file_access.h"
+#include "main/FileNames.h"
 #include "main/Icons.h"
 #include "main/ROAnalysis.h"
 
@@ -15,10 +17,16 @@ namespace {
 
 constexpr int kUsageError = 64;
 
+// The arguments after the program's name. A file name keeps its bytes whatever they are (a name
+// that is not UTF-8 still opens); on Windows Qt reads them from the system in UTF-16.
 QStringList Arguments(int argc, char** argv) {
+#ifdef Q_OS_WIN
+    if (QCoreApplication::instance())
+        return QCoreApplication::arguments().mid(1);
+#endif
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
-        arguments << QString::fromLocal8Bit(argv[i]);
+        arguments << rainfold::ui::FileNameText(argv[i]);
     return arguments;
 }
 
@@ -47,12 +55,15 @@ int main(int argc, char** argv) {
     if (early.action == CommandLine::Action::Version || early.action == CommandLine::Action::Help)
         return Answer(early);
 
+    // A file-size limit makes a save fail with its reason instead of ending the program.
+    rainfold::PrepareStandardStreams();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Rainfold"));
     QApplication::setApplicationVersion(QStringLiteral(RAINFOLD_VERSION));
     QApplication::setWindowIcon(rainfold::ui::ProgramIcon());
 
-    const CommandLine line = ParseCommandLine(QApplication::arguments().mid(1));
+    // QApplication has taken its own options (-platform, -style ...) out of argv.
+    const CommandLine line = ParseCommandLine(Arguments(argc, argv));
     if (line.action != CommandLine::Action::Run)
         return Answer(line);
 

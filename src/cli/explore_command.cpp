@@ -1,13 +1,13 @@
 #include "explore_command.h"
 
 #include "explore.h"
+#include "file_output.h"
 #include "json_text.h"
 
 #ifdef RAINFOLD_CLI_PRINT
 #include "ExplorerMapPicture.h"
 
 #include <QGuiApplication>
-#include <QImage>
 #endif
 
 #include <cmath>
@@ -66,13 +66,11 @@ int WritePicture(const ExploreOptions& options, const CommandOutput& output,
     const QSize size(render::kExplorerPictureWidth, render::kExplorerPictureHeight);
     const bool pdf = !options.pdf.empty();
     const std::string& file = pdf ? options.pdf : options.png;
-    const QString path = QString::fromStdString(file);
-    const bool written = pdf ? render::WriteExplorerMapPdf(path, view, size)
-                             : render::ExplorerMapImage(view, size).save(path, "PNG");
-    if (!written)
-        return output.Fail(kExitOutput, "cannot write " + file,
+    std::string bytes;
+    if (!render::ExplorerMapFile(view, size, pdf, bytes))
+        return output.Fail(kExitOutput, "cannot write " + file + ": the picture cannot be drawn",
                            "rainfold-cli " + output.command() + ": ");
-    return kExitOk;
+    return WriteOutputFile(output, file, bytes);
 }
 #endif
 
@@ -83,6 +81,11 @@ int RunExplore(const ExploreOptions& options, const CommandOutput& output) {
     if (outputs != 1)
         return output.Usage("give exactly one of --json, --csv, --png OUT or --pdf OUT");
 
+    for (const std::string* picture : {&options.png, &options.pdf})
+        if (!picture->empty())
+            if (const int refused = RefuseInputAsOutput(
+                    output, picture == &options.png ? "--png" : "--pdf", *picture, options.file))
+                return refused;
     DesignRecord design;
     if (const int failed = LoadCheckedDesign(output, options.file, options.greenAmpt, design))
         return failed;

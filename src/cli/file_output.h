@@ -1,15 +1,19 @@
 #pragma once
-// Writing an output file so that a failure never leaves a damaged file behind.
+// The files rainfold-cli writes: never the design file it reads, and never a damaged file.
+
+#include "command_support.h"
 
 #include <string>
 
 namespace rainfold::cli {
 
-// Writes `bytes` to the file `path`. A regular file (or a new one) is written beside its target
-// under a short temporary name and renamed over it only once every byte is on disk, so a full
-// disk leaves any old file as it was; its permission bits and owner are kept, and a symbolic link
-// has the file it points to replaced. A device or pipe (/dev/stdout, /dev/full) is written
-// directly. Returns an empty text on success, else the system's reason.
-std::string WriteFileReplacing(const std::string& path, const std::string& bytes);
+// kExitOk, or kExitUsage after saying so when `output` (given as `option`) names the same file
+// as the design file `input`: writing it would destroy the design.
+int RefuseInputAsOutput(const CommandOutput& output, const std::string& option,
+                        const std::string& path, const std::string& input);
+
+// Writes `bytes` to the file `path` through the safe save (a device or pipe written directly).
+// kExitOk, or kExitOutput after "cannot write PATH: <the system's reason>".
+int WriteOutputFile(const CommandOutput& output, const std::string& path, const std::string& bytes);
 
 } // namespace rainfold::cli

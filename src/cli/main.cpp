@@ -21,9 +21,17 @@
 #include "command_support.h"
 #include "compute_command.h"
 #include "explore_command.h"
+#include "file_access.h"
 #ifdef RAINFOLD_CLI_PRINT
 #include "print_commands.h"
+
+#include <QString>
+#include <QtGlobal>
 #endif
+
+#include <cstdio>
+#include <string>
+#include <vector>
 
 int main(int argc, char** argv) {
     using namespace rainfold::cli;
@@ -32,6 +40,9 @@ int main(int argc, char** argv) {
     app.set_version_flag("--version", "rainfold-cli " RAINFOLD_VERSION,
                          "print the program's name and version");
     app.require_subcommand(1);
+    // Options are written --name on every system: "/data/pivot.rfd" is a file name on Windows too
+    // (under Wine, or a path given with forward slashes), not an option.
+    app.allow_windows_style_options(false);
     app.fallthrough(); // --version after a command's name still works
     app.footer("Exit codes: 0 done, 1 a design file cannot be opened, 2 the design fails a check,\n"
                "3 the computation stopped on a fault, 4 an output cannot be written,\n"
@@ -46,5 +57,22 @@ int main(int argc, char** argv) {
     AddPlotCommand(app, exitCode);
 #endif
     AddBatchCommand(app, exitCode);
-    return RunCommandLine(app, argc, argv, exitCode);
+
+    // A closed pipe or a full disk is an output that cannot be written (exit 4), not the end of
+    // the process; file names are UTF-8 on every system.
+    rainfold::PrepareStandardStreams();
+#ifdef RAINFOLD_CLI_PRINT
+    // What a command says is said once, in its own words: Qt's own notices (a missing runtime
+    // folder of the offscreen platform, a font substituted) are not for the user of a command.
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+        if (type == QtCriticalMsg || type == QtFatalMsg)
+            std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
+    });
+#endif
+    std::vector<std::string> arguments = rainfold::ProgramArguments(argc, argv);
+    std::vector<char*> pointers;
+    for (std::string& argument : arguments)
+        pointers.push_back(argument.data());
+    pointers.push_back(nullptr);
+    return RunCommandLine(app, static_cast<int>(arguments.size()), pointers.data(), exitCode);
 }

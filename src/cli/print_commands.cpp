@@ -40,6 +40,8 @@ std::unique_ptr<QApplication> StartApplication() {
 }
 
 int Run(Page kind, const PrintOptions& options, const CommandOutput& output) {
+    if (const int refused = RefuseInputAsOutput(output, "--pdf", options.pdf, options.file))
+        return refused;
     DesignRecord design;
     Results results;
     int slot = 0;
@@ -85,12 +87,11 @@ int Run(Page kind, const PrintOptions& options, const CommandOutput& output) {
                 PrintPlot(s, in);
         },
         pdf);
-    const std::string failure =
-        drawn ? WriteFileReplacing(options.pdf, pdf) : std::string("the page cannot be drawn");
-    if (!failure.empty())
-        return output.Fail(kExitOutput, "cannot write " + options.pdf + ": " + failure,
+    if (!drawn)
+        return output.Fail(kExitOutput,
+                           "cannot write " + options.pdf + ": the page cannot be drawn",
                            "rainfold-cli " + output.command() + ": ");
-    return kExitOk;
+    return WriteOutputFile(output, options.pdf, pdf);
 }
 
 void AddPrintCommand(CLI::App& app, int& exitCode, Page kind) {

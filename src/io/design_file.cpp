@@ -282,7 +282,7 @@ FileOutcome SaveDesign(const std::string& fileName, const DesignRecord& design) 
     FileOutcome made = SerializeDesign(design, bytes);
     if (!made.ok)
         return {false, "Could not save " + fileName + ": " + made.message};
-    const std::string reason = ReplaceFile(fileName, bytes);
+    const std::string reason = SaveFile(fileName, bytes);
     if (!reason.empty())
         return {false, "Could not save " + fileName + ": " + reason + "."};
     return {};

@@ -3,6 +3,7 @@
 #include "format.h"
 #include "results_page.h"
 
+#include <QBuffer>
 #include <QFont>
 #include <QFontMetricsF>
 #include <QImage>
@@ -474,18 +475,29 @@ QImage ExplorerMapImage(const ExplorerMapView& view, QSize size) {
     return image;
 }
 
-bool WriteExplorerMapPdf(const QString& fileName, const ExplorerMapView& view, QSize size) {
-    QPdfWriter writer(fileName);
-    writer.setResolution(96);
-    writer.setPageSize(
-        QPageSize(QSizeF(size.width() * 72.0 / 96, size.height() * 72.0 / 96), QPageSize::Point));
-    writer.setPageMargins(QMarginsF(0, 0, 0, 0));
-    writer.setCreator(QStringLiteral("Rainfold"));
-    QPainter painter;
-    if (!painter.begin(&writer))
-        return false;
-    PaintExplorerMap(painter, QRectF(QPointF(0, 0), QSizeF(size)), view);
-    return painter.end();
+bool ExplorerMapFile(const ExplorerMapView& view, QSize size, bool pdf, std::string& bytes) {
+    QByteArray file;
+    QBuffer buffer(&file);
+    buffer.open(QIODevice::WriteOnly);
+    if (!pdf) {
+        if (!ExplorerMapImage(view, size).save(&buffer, "PNG"))
+            return false;
+    } else {
+        QPdfWriter writer(&buffer);
+        writer.setResolution(96);
+        writer.setPageSize(QPageSize(QSizeF(size.width() * 72.0 / 96, size.height() * 72.0 / 96),
+                                     QPageSize::Point));
+        writer.setPageMargins(QMarginsF(0, 0, 0, 0));
+        writer.setCreator(QStringLiteral("Rainfold"));
+        QPainter painter;
+        if (!painter.begin(&writer))
+            return false;
+        PaintExplorerMap(painter, QRectF(QPointF(0, 0), QSizeF(size)), view);
+        if (!painter.end())
+            return false;
+    }
+    bytes.assign(file.constData(), static_cast<size_t>(file.size()));
+    return !bytes.empty();
 }
 
 } // namespace rainfold::render

@@ -12,6 +12,7 @@
 #include <QString>
 
 #include <optional>
+#include <string>
 
 class QImage;
 class QPainter;
@@ -50,10 +51,12 @@ std::optional<QPointF> ExplorerValueAt(const QRectF& plot, ExploreAxis axis, con
 // The package whose band of the strip above the plot lies under a point, for a tool tip.
 QString ExplorerBandAt(const QRectF& area, const QPointF& at);
 
-// The picture as an image of `size` pixels, or as a one-page PDF of the same size at 96 dpi
-// (false when the file cannot be written).
+// The picture as an image of `size` pixels.
 QImage ExplorerMapImage(const ExplorerMapView& view, QSize size);
-bool WriteExplorerMapPdf(const QString& fileName, const ExplorerMapView& view, QSize size);
+// The bytes of the picture's file, drawn in memory so that nothing reaches a file until the whole
+// picture exists: a PNG image of `size` pixels, or a one-page PDF of the same size at 96 dpi.
+// False when it cannot be drawn.
+bool ExplorerMapFile(const ExplorerMapView& view, QSize size, bool pdf, std::string& bytes);
 
 // The default size of the picture, pixels.
 inline constexpr int kExplorerPictureWidth = 1000;

@@ -109,14 +109,19 @@ TEST(ShortestText, ReadsBackToTheSameDouble) {
 // must read, show and save exactly what an English one does.
 TEST(NumbersUnderACommaLocale, ReadAndWriteWithAPoint) {
     const std::string before = std::setlocale(LC_ALL, nullptr);
-    ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr)
-        << "the de_DE.UTF-8 locale is not installed; tools/setup.sh generates it";
+    // German, by its POSIX name or by either of its Windows names.
+    bool german = false;
+    for (const char* name : {"de_DE.UTF-8", "German_Germany.1252", "de-DE"})
+        german = german || std::setlocale(LC_ALL, name) != nullptr;
+    ASSERT_TRUE(german) << "the de_DE.UTF-8 locale is not installed; tools/setup.sh generates it";
     const double theta = Val("0.45");
     const std::string fixed = FormatFixed(0.3125, 2), plain = PlainNumber(1.5),
                       shortest = ShortestText(0.31), significant = SignificantText(0.125, 17);
     double parsed = 0;
     const bool read = ParseDecimal("2.5", parsed);
+    const char mark = *std::localeconv()->decimal_point; // the locale is in force
     std::setlocale(LC_ALL, before.c_str());
+    EXPECT_EQ(mark, ',');
     EXPECT_EQ(theta, 0.45);
     EXPECT_EQ(fixed, "0.31");
     EXPECT_EQ(plain, "1.5");

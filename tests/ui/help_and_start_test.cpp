@@ -1,6 +1,7 @@
 // The Help menu's guide window, where the guide is found, the command line, and the design file
 // named on it.
 
+#include "FileNames.h"
 #include "WindowFixture.h"
 #include "command_line.h"
 #include "help/HelpWindow.h"
@@ -158,6 +159,30 @@ private slots:
                          line.error.isEmpty() == (c.action != A::UsageError),
                      qPrintable(c.arguments.join(' ')));
         }
+    }
+
+    // A name's bytes come back from the window's text of it whatever they are, so the window opens
+    // a file whose name is not UTF-8 (older Linux file systems) as rainfold-cli does.
+    void fileNamesKeepTheirBytes() {
+        for (const std::string bytes :
+             {"north pivot.rfd", "M\xC3\xBCller \xE2\x80\x93 \xF0\x9F\x8C\xBE.rfd", "caf\xE9.rfd",
+              "\xED\xA0\x80 \xC0\xAF \xE2\x82 \xF8\x88\x80\x80\x80 \x80.rfd"})
+            QCOMPARE(rainfold::ui::FileNameBytes(rainfold::ui::FileNameText(bytes)), bytes);
+        QCOMPARE(rainfold::ui::FileNameText("M\xC3\xBCller.rfd"),
+                 QStringLiteral("M\u00FCller.rfd"));
+
+        QTemporaryDir dir;
+        const std::string name = "caf\xE9.rfd";
+        QVERIFY(rainfold::SaveDesign(dir.path().toStdString() + "/" + name, SampleDesign()).ok);
+        const QString previous = QDir::currentPath();
+        QDir::setCurrent(dir.path());
+        const CommandLine line = ParseCommandLine({rainfold::ui::FileNameText(name)});
+        WindowFixture started;
+        ModalAnswer answer;
+        started.w->openDesignFile(QDir::current().absoluteFilePath(line.designFile));
+        QDir::setCurrent(previous);
+        QCOMPARE(answer.lines(), Texts());
+        QVERIFY(started.w->design() == SampleDesign());
     }
 
     // The design file named on the command line, and File > Open given the same name, end the same

@@ -2,7 +2,9 @@
 
 #include "ExplorerMapWidget.h"
 #include "ExplorerPivotChart.h"
+#include "FileNames.h"
 #include "Messages.h"
+#include "file_access.h"
 #include "format.h"
 
 #include <QApplication>
@@ -18,7 +20,6 @@
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QSaveFile>
 #include <QTimer>
 #include <QVBoxLayout>
 
@@ -413,24 +414,27 @@ void DesignExplorer::savePicture(bool pdf) {
                                                : QStringLiteral("PNG Images (*.png)"));
     if (name.isEmpty())
         return;
-    const bool saved = pdf ? render::WriteExplorerMapPdf(name, mapView->view(), mapView->size())
-                           : picture().save(name, "PNG");
-    if (!saved)
-        ui::ShowError(this, QStringLiteral("Could not save %1.").arg(name));
+    std::string bytes;
+    if (!render::ExplorerMapFile(mapView->view(), mapView->size(), pdf, bytes))
+        ui::ShowError(this,
+                      QStringLiteral("Could not save %1: the picture cannot be drawn.").arg(name));
+    else
+        saveFile(name, bytes);
 }
 
 void DesignExplorer::saveCsv() {
     if (!map_)
         return;
     const QString name = saveDialog_(this, QStringLiteral("CSV Files (*.csv)"));
-    if (name.isEmpty())
-        return;
-    QSaveFile file(name);
-    const std::string csv = ExploreMapCsv(*map_);
-    const bool saved = file.open(QIODevice::WriteOnly) &&
-                       file.write(csv.data(), static_cast<qint64>(csv.size())) ==
-                           static_cast<qint64>(csv.size()) &&
-                       file.commit();
-    if (!saved)
-        ui::ShowError(this, QStringLiteral("Could not save %1.").arg(name));
+    if (!name.isEmpty())
+        saveFile(name, ExploreMapCsv(*map_));
+}
+
+// As File > Save writes a design: the whole file or, with the reason, nothing.
+void DesignExplorer::saveFile(const QString& name, const std::string& bytes) {
+    const std::string failure = SaveFile(ui::FileNameBytes(name), bytes);
+    if (!failure.empty())
+        ui::ShowError(
+            this,
+            QStringLiteral("Could not save %1: %2.").arg(name, QString::fromStdString(failure)));
 }

@@ -70,6 +70,7 @@ private:
     void copyPicture();
     void savePicture(bool pdf);
     void saveCsv();
+    void saveFile(const QString& name, const std::string& bytes);
     QImage picture() const;
 
     rainfold::DesignRecord design_;

@@ -1,6 +1,7 @@
 // The design as a whole, gathered from and put back into the controls, and the File-menu flows
 // that read and write it.
 
+#include "FileNames.h"
 #include "Messages.h"
 #include "ROAnalysis.h"
 
@@ -10,7 +11,6 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QCoreApplication>
-#include <QFile>
 #include <QLineEdit>
 #include <QTableWidget>
 
@@ -18,10 +18,6 @@ namespace {
 
 const QString kFileFilter = QStringLiteral("All Files (*.*);;Rainfold Files (*.rfd)");
 const QString kDesignFilter = QStringLiteral("Rainfold Files (*.rfd)");
-
-std::string FileNameBytes(const QString& fileName) {
-    return QFile::encodeName(fileName).toStdString();
-}
 
 void SetText(QLineEdit* field, const std::string& text) {
     field->setText(QString::fromStdString(text));
@@ -162,7 +158,8 @@ void ROAnalysis::openDesignFile(const QString& fileName) {
 
     // The file is read and checked whole before anything in the window changes.
     rainfold::DesignRecord opened = design();
-    const rainfold::FileOutcome outcome = rainfold::OpenDesign(FileNameBytes(fileName), opened);
+    const rainfold::FileOutcome outcome =
+        rainfold::OpenDesign(rainfold::ui::FileNameBytes(fileName), opened);
     if (!outcome.ok) {
         rainfold::ui::ShowError(this, QString::fromStdString(outcome.message));
         return;
@@ -176,7 +173,8 @@ void ROAnalysis::mnuFileSave_Click() {
     const QString fileName = askFileName(true);
     if (fileName.isEmpty())
         return; // cancelled
-    const rainfold::FileOutcome outcome = rainfold::SaveDesign(FileNameBytes(fileName), design());
+    const rainfold::FileOutcome outcome =
+        rainfold::SaveDesign(rainfold::ui::FileNameBytes(fileName), design());
     if (!outcome.ok)
         rainfold::ui::ShowError(this, QString::fromStdString(outcome.message));
 }
