@@ -25,8 +25,13 @@
 #include "print_commands.h"
 #endif
 
+#include <csignal>
+
 int main(int argc, char** argv) {
     using namespace rainfold::cli;
+    // A reader that goes away (`| head`) is an output that cannot be written, reported with exit
+    // code 4 like a full disk, not a death by signal.
+    std::signal(SIGPIPE, SIG_IGN);
     CLI::App app("Rainfold: potential runoff of a center-pivot design, without the window.",
                  "rainfold-cli");
     app.set_version_flag("--version", "rainfold-cli " RAINFOLD_VERSION,
@@ -35,7 +40,8 @@ int main(int argc, char** argv) {
     app.fallthrough(); // --version after a command's name still works
     app.footer("Exit codes: 0 done, 1 a design file cannot be opened, 2 the design fails a check,\n"
                "3 the computation stopped on a fault, 4 an output cannot be written,\n"
-               "5 batch: some designs did not compute, 64 usage error.\n");
+               "5 batch: some designs did not compute, 6 the system ran short of memory,\n"
+               "open files or threads, 64 usage error.\n");
 
     int exitCode = kExitOk;
     AddComputeCommand(app, exitCode);
