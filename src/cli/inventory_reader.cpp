@@ -24,7 +24,7 @@ std::string Sentence(const std::string& reason) {
 
 struct InventoryReader::State {
     std::string file;
-    std::size_t limit, piece;
+    std::size_t limit, longestRow, piece;
     FileChunks chunks;
     TextEncoding encoding = TextEncoding::Unknown;
     std::size_t markLeft = 0; // bytes of the byte order mark still to drop
@@ -97,10 +97,12 @@ struct InventoryReader::State {
     bool Row(BatchItem& item);
 };
 
-InventoryReader::InventoryReader(std::string file, std::size_t limit, std::size_t piece)
+InventoryReader::InventoryReader(std::string file, std::size_t limit, std::size_t longestRow,
+                                 std::size_t piece)
     : state_(std::make_unique<State>()) {
     state_->file = std::move(file);
     state_->limit = limit;
+    state_->longestRow = longestRow;
     state_->piece = std::max<std::size_t>(piece, 1);
 }
 
@@ -117,8 +119,8 @@ bool InventoryReader::State::Start(BatchItem& item) {
     }
     if (encoding == TextEncoding::Utf16LE || encoding == TextEncoding::Utf16BE)
         utf16 = std::make_unique<Utf16Decoder>(encoding == TextEncoding::Utf16BE);
-    csv = std::make_unique<CsvReader>([this](std::string& text) { return Source(text); },
-                                      kLongestRow);
+    csv =
+        std::make_unique<CsvReader>([this](std::string& text) { return Source(text); }, longestRow);
     CsvRecord record;
     if (!csv->Next(record)) {
         item = FailedItem(file, readError.empty()

@@ -20,7 +20,9 @@ public:
     // hold: a longer one is refused as its design file would be.
     static constexpr std::size_t kLongestRow = std::size_t(4) << 20;
 
+    // `piece`: how much is read at a time.
     explicit InventoryReader(std::string file, std::size_t limit = kLargestInventory,
+                             std::size_t longestRow = kLongestRow,
                              std::size_t piece = std::size_t(64) << 10);
     ~InventoryReader();
     InventoryReader(const InventoryReader&) = delete;
