@@ -75,13 +75,20 @@ try:
               "error" and doc.get("message"), done.stdout[:200])
         check(f"{args} message on standard error", done.stderr.strip() != "", done.stderr)
 
-    # Standard output that cannot be written.
-    with open("/dev/full", "w") as full:
-        for args in [("compute", SPRAY), ("compute", SPRAY, "--json"), ("batch", EXAMPLES),
-                     ("--help",)]:
+    # Standard output that cannot be written: a full disk, and a pipe nobody reads any more
+    # (exit 4 and the reason, not a death by SIGPIPE).
+    for args in [("compute", SPRAY), ("compute", SPRAY, "--json"), ("batch", EXAMPLES),
+                 ("chart", SPRAY, "--json"), ("--help",)]:
+        with open("/dev/full", "w") as full:
             done = run(*args, stdout=full)
-            check(f"{args} > /dev/full exits 4", done.returncode == 4, done.returncode)
-            check(f"{args} > /dev/full says so", "No space left" in done.stderr, done.stderr)
+        check(f"{args} > /dev/full exits 4", done.returncode == 4, done.returncode)
+        check(f"{args} > /dev/full says so", "No space left" in done.stderr, done.stderr)
+        closed, writer = os.pipe()
+        os.close(closed)
+        done = run(*args, stdout=writer)
+        os.close(writer)
+        check(f"{args} | closed pipe exits 4", done.returncode == 4, done.returncode)
+        check(f"{args} | closed pipe says so", "Broken pipe" in done.stderr, done.stderr)
 
     # A PDF that cannot be written: exit 4, a message, an existing file as it was, nothing left
     # beside it; once it can be written, the file is replaced with its permissions kept.
@@ -111,14 +118,17 @@ try:
 
     # Slot 3 under "Customized Values" is not computed: a usage error, not a page of zeros.
     pdf = os.path.join(work, "slot.pdf")
-    commands = [("compute", CUSTOM)]
+    commands = [("compute", CUSTOM), ("compute", CUSTOM, "--json")]
     if printing:
         commands += [("report", CUSTOM, "--pdf", pdf), ("plot", CUSTOM, "--pdf", pdf)]
     for args in commands:
         done = run(*args, "--slot", "3")
         check(f"{args} --slot 3 exits 64", done.returncode == 64, done.returncode)
         check(f"{args} --slot 3 says why", "slot 3" in done.stderr, done.stderr)
-        check(f"{args} --slot 3 writes nothing", done.stdout == "" and not os.path.exists(pdf))
+        wrote = done.stdout if "--json" not in args else "" if json.loads(done.stdout) == {
+            "status": "error", "message": done.stderr.split(": ", 1)[1].strip()} else done.stdout
+        check(f"{args} --slot 3 writes nothing but the error", wrote == "" and
+              not os.path.exists(pdf), done.stdout[:200])
         check(f"{args} --slot 2 works", run(*args, "--slot", "2").returncode == 0)
         if os.path.exists(pdf):
             os.remove(pdf)
