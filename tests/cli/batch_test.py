@@ -171,6 +171,23 @@ def whole_runs(work, folder, inventory):
     check("batch | head -1 exits 4", code == 4, code)
     check("batch | head -1 says why", "Broken pipe" in stderr, stderr)
 
+    # Short of memory (an address-space limit stepped from too little to start the program up to
+    # enough): the run is done, or it stops with its own exit code and says the system ran short;
+    # never a computation fault, never a crash. The sanitizers reserve more address space than
+    # any of these limits, so under them the program cannot start at all and this is left out.
+    sanitized = run("--version", preexec_fn=lambda: resource.setrlimit(
+        resource.RLIMIT_AS, (1 << 30, 1 << 30))).returncode != 0
+    outcomes = set()
+    for mb in () if sanitized else range(60, 164, 4):
+        limit = lambda: resource.setrlimit(resource.RLIMIT_AS, (mb << 20, mb << 20))
+        got = run("batch", inventory, "--jobs", "2", preexec_fn=limit)
+        loader = got.returncode == 127 and "error while loading shared libraries" in got.stderr
+        short = got.returncode == 6 and "rainfold-cli batch: the system ran short: " in got.stderr
+        check(f"batch in {mb} MB", got.returncode == 5 or loader or short,
+              (got.returncode, got.stderr[-300:]))
+        outcomes.add(got.returncode)
+    check("short of memory, exit 6 somewhere", sanitized or 6 in outcomes, outcomes)
+
     # Messages of the command line.
     for args, text in [(("--jobs", "abc"), "--jobs: abc is not a whole number"),
                        (("--jobs", "2.5"), "--jobs: 2.5 is not a whole number"),
