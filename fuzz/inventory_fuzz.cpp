@@ -16,14 +16,13 @@
 #include "inventory_reader.h"
 
 #include "design_file.h"
+#include "fuzz_files.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -37,29 +36,6 @@ constexpr std::size_t kRowsComputed = 3;
     std::abort();
 }
 #define Require(condition) ((condition) ? void() : Fail(#condition, __LINE__))
-
-const std::string& DiskFile() {
-    static const std::string path = [] {
-        const char* dir = std::getenv("TMPDIR");
-        return std::string(dir && *dir ? dir : "/tmp") + "/rainfold-fuzz-" +
-               std::to_string(::getpid()) + ".csv";
-    }();
-    return path;
-}
-
-bool WriteFile(const std::string& path, const std::string& bytes) {
-    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    if (fd < 0)
-        return false;
-    size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n <= 0)
-            break;
-        done += static_cast<size_t>(n);
-    }
-    return ::close(fd) == 0 && done == bytes.size();
-}
 
 std::vector<rainfold::cli::BatchItem> ReadAll(const std::string& path, std::size_t piece) {
     rainfold::cli::InventoryReader reader(path, kLimit, kLongestRow, piece);
@@ -107,8 +83,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace rainfold;
     using namespace rainfold::cli;
     const std::string bytes(reinterpret_cast<const char*>(data), size);
-    const std::string& path = DiskFile();
-    Require(WriteFile(path, bytes));
+    const std::string& path = FuzzFile(".csv");
+    Require(WriteFuzzFile(path, bytes));
     const std::vector<BatchItem> whole = ReadAll(path, 64 << 10);
     // Pieces of a few bytes cut every character and line end somewhere; on a large input, odd
     // pieces of a few thousand bytes keep the run from spending itself on system calls.
