@@ -239,6 +239,8 @@ void Work(Pipeline& pipeline, bool greenAmpt, bool json) {
         }
     } catch (const std::bad_alloc&) {
         pipeline.Stop(kExitResource, kOutOfMemory);
+    } catch (const std::exception& e) { // not foreseen: the run stops loudly, never in silence
+        pipeline.Stop(kExitFault, e.what());
     }
 }
 
