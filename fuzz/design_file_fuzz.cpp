@@ -7,13 +7,12 @@
 // - a design that was read does not write and read back to the same design and the same bytes.
 
 #include "design_file.h"
+#include "fuzz_files.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <fcntl.h>
 #include <string>
-#include <unistd.h>
 
 namespace {
 
@@ -31,30 +30,6 @@ rainfold::DesignRecord Untouched() {
     return d;
 }
 
-// The file the bytes are written to, one per fuzzing process.
-const std::string& DiskFile() {
-    static const std::string path = [] {
-        const char* dir = std::getenv("TMPDIR");
-        return std::string(dir && *dir ? dir : "/tmp") + "/rainfold-fuzz-" +
-               std::to_string(::getpid()) + ".rfd";
-    }();
-    return path;
-}
-
-bool WriteFile(const std::string& path, const std::string& bytes) {
-    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
-    if (fd < 0)
-        return false;
-    size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t n = ::write(fd, bytes.data() + done, bytes.size() - done);
-        if (n <= 0)
-            break;
-        done += static_cast<size_t>(n);
-    }
-    return ::close(fd) == 0 && done == bytes.size();
-}
-
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -62,8 +37,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     const DesignRecord before = Untouched();
 
-    const std::string& path = DiskFile();
-    Require(WriteFile(path, bytes));
+    const std::string& path = FuzzFile(".rfd");
+    Require(WriteFuzzFile(path, bytes));
     DesignRecord fromDisk = before;
     const FileOutcome onDisk = OpenDesign(path, fromDisk);
     ::unlink(path.c_str());

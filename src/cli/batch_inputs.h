@@ -1,9 +1,9 @@
 #pragma once
-// The designs of one batch run: design files named on the command line, every design file of a
-// folder, and the rows of CSV inventories.
+// The designs of one batch run, one at a time: design files named on the command line, every
+// design file of a folder, and the rows of CSV inventories. Nothing is read before it is needed,
+// so a run holds only the designs in hand, whatever the size of its inputs.
 
-#include "design.h"
-
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,6 +11,7 @@
 namespace rainfold::cli {
 
 struct InventoryColumns; // an inventory's header, shared by its rows
+class InventoryReader;
 
 struct BatchItem {
     enum class Kind {
@@ -24,18 +25,36 @@ struct BatchItem {
     std::vector<std::string> cells;
     std::shared_ptr<const InventoryColumns> columns;
     std::string message;
+
+    // About how much memory the item holds, for keeping the designs in hand within bounds.
+    std::size_t Bytes() const;
 };
 
+BatchItem FailedItem(const std::string& name, const std::string& message);
+
+// Far beyond any county's inventory, and small enough that a wrong file is soon refused.
+inline constexpr std::size_t kLargestInventory = std::size_t(64) << 20;
+
 // Every design the inputs name, in the order given: a folder's design files (.rfd, found
-// recursively) in sorted order, an inventory's rows (a .csv file) in file order. Never fails:
-// whatever cannot be read becomes a Failed item in its place.
-std::vector<BatchItem> CollectBatchItems(const std::vector<std::string>& inputs);
+// recursively; a symbolic link to a folder is not followed) in sorted order, an inventory's rows
+// (a .csv file) in file order. Whatever cannot be read becomes a Failed item in its place (a
+// folder that cannot be read, a row that is not one) and the rest goes on.
+class BatchSource {
+public:
+    explicit BatchSource(std::vector<std::string> inputs);
+    ~BatchSource();
+    BatchSource(const BatchSource&) = delete;
+    BatchSource& operator=(const BatchSource&) = delete;
 
-// The rows of one inventory, read from its text; `file` names it in the items and messages.
-std::vector<BatchItem> InventoryItems(const std::string& text, const std::string& file);
+    // The next item; false when every input is done.
+    bool Next(BatchItem& item);
 
-// An inventory row as the design record the window would hold (texts as typed). An empty text,
-// or why the row cannot be one (a family or storage the window does not offer).
-std::string RowDesign(const BatchItem& row, DesignRecord& design);
+private:
+    struct Walk;
+    std::vector<std::string> inputs_;
+    std::size_t next_ = 0;
+    std::unique_ptr<Walk> walk_;
+    std::unique_ptr<InventoryReader> inventory_;
+};
 
 } // namespace rainfold::cli

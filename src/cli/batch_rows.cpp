@@ -1,6 +1,6 @@
 #include "batch_rows.h"
 
-#include "csv_reader.h"
+#include "inventory_columns.h"
 #include "json_text.h"
 
 #include "calc.h"
@@ -9,6 +9,9 @@
 #include "design_file.h"
 #include "format.h"
 #include "results_page.h"
+
+#include <cerrno>
+#include <cstring>
 
 namespace rainfold::cli {
 
@@ -25,6 +28,15 @@ const char* const kQuantityNames[kBatchQuantities] = {
 
 void AddNote(std::string& message, const std::string& note) {
     message += (message.empty() ? "" : " ") + note;
+}
+
+// A file of results has no OK button: an excessive value is computed as typed, and the row says
+// so in place of the window's question.
+std::string Accepted(const std::string& warning) {
+    const size_t question = warning.find("Press OK to proceed");
+    if (question == std::string::npos)
+        return warning;
+    return warning.substr(0, question) + "Accepted as typed.";
 }
 
 BatchRow Stopped(BatchRow row, const char* status, const std::string& message) {
@@ -87,13 +99,16 @@ BatchRow EvaluateBatchItem(const BatchItem& item, bool greenAmpt) {
     } else {
         // An inventory row goes the way of a design saved from the window and opened again.
         DesignRecord typed;
-        const std::string refused = RowDesign(item, typed);
-        if (!refused.empty())
-            return Stopped(row, "file", item.path + ": " + refused);
+        const RowRefusal refused = RowDesign(item.cells, *item.columns, typed);
+        if (refused.status)
+            return Stopped(row, refused.status, item.path + ": " + refused.message);
         std::string bytes;
         const FileOutcome saved = SerializeDesign(typed, bytes);
         if (!saved.ok) // names the field the format cannot hold
             return Stopped(row, "file", item.path + ": " + saved.message);
+        if (bytes.size() > kDesignFileLimit) // what opening that design file would say
+            return Stopped(row, "file",
+                           "Could not open " + item.path + ": " + std::strerror(EFBIG) + ".");
         const FileOutcome opened = ParseDesign(bytes, item.path, design);
         if (!opened.ok)
             return Stopped(row, "file", opened.message);
@@ -103,7 +118,7 @@ BatchRow EvaluateBatchItem(const BatchItem& item, bool greenAmpt) {
     for (const CheckFailure& f : CheckDesign(design)) {
         if (f.kind == CheckKind::Error)
             return Stopped(row, "check", f.message);
-        AddNote(row.message, f.message);
+        AddNote(row.message, Accepted(f.message));
     }
     Results results;
     const CalcOutcome calc =

@@ -6,10 +6,12 @@
 #include "json_text.h"
 #include "results_page.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
+#include <new>
 #include <sstream>
 
 namespace rainfold::cli {
@@ -67,12 +69,28 @@ void AddGreenAmptOption(CLI::App& command, bool& greenAmpt) {
                      "use the Green-Ampt model (design files do not store the choice)");
 }
 
+CLI::Validator WholeNumberIn(int low, int high) {
+    const auto check = [low, high](std::string& text) -> std::string {
+        if (text.empty() || !std::all_of(text.begin(), text.end(),
+                                         [](unsigned char c) { return c >= '0' && c <= '9'; }))
+            return text + " is not a whole number";
+        long long value = 0;
+        for (char c : text)
+            value = std::min(10 * value + (c - '0'), 1LL << 40);
+        if (value < low || value > high)
+            return "Value " + text + " not in range " + std::to_string(low) + " to " +
+                   std::to_string(high);
+        return "";
+    };
+    return CLI::Validator(check, "", "");
+}
+
 void AddModelOptions(CLI::App& command, ModelOptions& options) {
     AddGreenAmptOption(command, options.greenAmpt);
     command
         .add_option("--slot", options.slot,
                     "family slot shown, 1 to 3 (default: the one the window opens on)")
-        ->check(CLI::Range(1, 3).description(""))
+        ->check(WholeNumberIn(1, 3))
         ->type_name("N");
 }
 
@@ -170,6 +188,8 @@ int RunCommandLine(CLI::App& app, int argc, char** argv, const int& exitCode) {
         std::cerr << "Run 'rainfold-cli " << output.command() << " --help' for its options."
                   << std::endl;
         return kExitUsage;
+    } catch (const std::bad_alloc&) {
+        return chosenOutput().Fail(kExitResource, "out of memory", "rainfold-cli: ");
     } catch (const std::exception& e) {
         // Nothing a command does should throw this far; if it does, it fails loudly, not as 0.
         return chosenOutput().Fail(kExitFault, e.what(), "rainfold-cli: ");

@@ -49,6 +49,9 @@ struct ModelOptions {
 void AddGreenAmptOption(CLI::App& command, bool& greenAmpt);
 void AddModelOptions(CLI::App& command, ModelOptions& options);
 
+// Checks a whole-number option: "abc is not a whole number", "Value 0 not in range 1 to 3".
+CLI::Validator WholeNumberIn(int low, int high);
+
 // --json, bound to the command's output.
 void AddJsonOption(CLI::App& command, CommandOutput& output, const std::string& description);
 
@@ -76,7 +79,7 @@ int ComputeShownSlot(const CommandOutput& output, const std::string& file,
 
 // Parses the command line, which runs the chosen command; returns the process's exit code: the
 // one the command left in `exitCode`, 0 for --help and --version, kExitUsage for a command line
-// the parser refuses.
+// the parser refuses, kExitResource when memory ran out.
 int RunCommandLine(CLI::App& app, int argc, char** argv, const int& exitCode);
 
 } // namespace rainfold::cli

@@ -55,8 +55,8 @@ int RunCompute(const ComputeOptions& options, const CommandOutput& output) {
     DesignRecord design;
     if (const int failed = LoadCheckedDesign(output, options.file, options.model.greenAmpt, design))
         return failed;
-    int slot = 0; // the JSON holds every slot
-    if (!output.json)
+    int slot = 0; // the JSON holds every slot, but a slot asked for must still be one there is
+    if (!output.json || options.model.slot != 0)
         if (const int unusable = ShownSlot(output, options.model, design, slot))
             return unusable;
 

@@ -10,6 +10,7 @@ enum ExitCode : int {
     kExitFault = 3,      // the computation stopped on a fault
     kExitOutput = 4,     // an output (a PDF file, standard output) cannot be written
     kExitSomeFailed = 5, // batch: some designs did not compute; their rows say why
+    kExitResource = 6,   // the system ran short of memory, open files or threads
     kExitUsage = 64,     // the command line itself is wrong
 };
 

@@ -46,7 +46,8 @@ int main(int argc, char** argv) {
     app.fallthrough(); // --version after a command's name still works
     app.footer("Exit codes: 0 done, 1 a design file cannot be opened, 2 the design fails a check,\n"
                "3 the computation stopped on a fault, 4 an output cannot be written,\n"
-               "5 batch: some designs did not compute, 64 usage error.\n");
+               "5 batch: some designs did not compute, 6 the system ran short of memory,\n"
+               "open files or threads, 64 usage error.\n");
 
     int exitCode = kExitOk;
     AddComputeCommand(app, exitCode);

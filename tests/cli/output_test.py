@@ -195,14 +195,17 @@ try:
 
     # Slot 3 under "Customized Values" is not computed: a usage error, not a page of zeros.
     pdf = os.path.join(work, "slot.pdf")
-    commands = [("compute", CUSTOM)]
+    commands = [("compute", CUSTOM), ("compute", CUSTOM, "--json")]
     if printing:
         commands += [("report", CUSTOM, "--pdf", pdf), ("plot", CUSTOM, "--pdf", pdf)]
     for args in commands:
         done = run(*args, "--slot", "3")
         check(f"{args} --slot 3 exits 64", done.returncode == 64, done.returncode)
         check(f"{args} --slot 3 says why", "slot 3" in done.stderr, done.stderr)
-        check(f"{args} --slot 3 writes nothing", done.stdout == "" and not os.path.exists(pdf))
+        wrote = done.stdout if "--json" not in args else "" if json.loads(done.stdout) == {
+            "status": "error", "message": done.stderr.split(": ", 1)[1].strip()} else done.stdout
+        check(f"{args} --slot 3 writes nothing but the error", wrote == "" and
+              not os.path.exists(pdf), done.stdout[:200])
         check(f"{args} --slot 2 works", run(*args, "--slot", "2").returncode == 0)
         if os.path.exists(pdf):
             os.remove(pdf)
