@@ -4,12 +4,6 @@
 #include "file_output.h"
 #include "json_text.h"
 
-#ifdef RAINFOLD_CLI_PRINT
-#include "ExplorerMapPicture.h"
-
-#include <QGuiApplication>
-#endif
-
 #include <cmath>
 #include <memory>
 
@@ -51,32 +45,10 @@ Json MapJson(const ExploreMap& map, double target, double diameter, double depth
     return doc;
 }
 
-#ifdef RAINFOLD_CLI_PRINT
-// The picture is the window's: the same drawing, at the size the window's picture has by default.
-int WritePicture(const ExploreOptions& options, const CommandOutput& output,
-                 const DesignRecord& design, const RunoffProbe& probe, const ExploreMap& map) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    static int argc = 1;
-    static char name[] = "rainfold-cli";
-    static char* argv[] = {name, nullptr};
-    const QGuiApplication app(argc, argv);
-    render::ExplorerMapView view = render::MapViewFor(design, probe, map.axis, options.target);
-    view.map = &map;
-    const QSize size(render::kExplorerPictureWidth, render::kExplorerPictureHeight);
-    const bool pdf = !options.pdf.empty();
-    const std::string& file = pdf ? options.pdf : options.png;
-    std::string bytes;
-    if (!render::ExplorerMapFile(view, size, pdf, bytes))
-        return output.Fail(kExitOutput, "cannot write " + file + ": the picture cannot be drawn",
-                           "rainfold-cli " + output.command() + ": ");
-    return WriteOutputFile(output, file, bytes);
-}
-#endif
-
 } // namespace
 
-int RunExplore(const ExploreOptions& options, const CommandOutput& output) {
+int RunExplore(const ExploreOptions& options, const CommandOutput& output,
+               const ExplorePicture& picture) {
     const int outputs = output.json + options.csv + !options.png.empty() + !options.pdf.empty();
     if (outputs != 1)
         return output.Usage("give exactly one of --json, --csv, --png OUT or --pdf OUT");
@@ -120,14 +92,12 @@ int RunExplore(const ExploreOptions& options, const CommandOutput& output) {
                              current, minDiameter, maxDepth)) +
             "\n");
     }
-#ifdef RAINFOLD_CLI_PRINT
-    return WritePicture(options, output, design, *probe, map);
-#else
-    return output.Usage("this build draws no pictures");
-#endif
+    if (!picture)
+        return output.Usage("this build draws no pictures");
+    return picture(options, output, design, *probe, map);
 }
 
-void AddExploreCommand(CLI::App& app, int& exitCode) {
+void AddExploreCommand(CLI::App& app, int& exitCode, const ExplorePicture& picture) {
     auto options = std::make_shared<ExploreOptions>();
     auto output = std::make_shared<CommandOutput>("explore");
     CLI::App* command = app.add_subcommand(
@@ -152,13 +122,15 @@ void AddExploreCommand(CLI::App& app, int& exitCode) {
         ->type_name("M");
     AddJsonOption(*command, *output, "print the map and the answers as one JSON object");
     command->add_flag("--csv", options->csv, "print the map as CSV: a header row of diameters");
-#ifdef RAINFOLD_CLI_PRINT
-    command->add_option("--png", options->png, "draw the map as the window does, to a PNG file")
-        ->type_name("OUT.png");
-    command->add_option("--pdf", options->pdf, "draw the map as the window does, to a PDF file")
-        ->type_name("OUT.pdf");
-#endif
-    command->callback([options, output, &exitCode] { exitCode = RunExplore(*options, *output); });
+    if (picture) {
+        command->add_option("--png", options->png, "draw the map as the window does, to a PNG file")
+            ->type_name("OUT.png");
+        command->add_option("--pdf", options->pdf, "draw the map as the window does, to a PDF file")
+            ->type_name("OUT.pdf");
+    }
+    command->callback([options, output, picture, &exitCode] {
+        exitCode = RunExplore(*options, *output, picture);
+    });
 }
 
 } // namespace rainfold::cli

@@ -13,8 +13,9 @@
 //     AddJsonOption, so that the same option reads and is checked the same everywhere;
 //   - LoadCheckedDesign (open + the window's checks, warnings accepted) and ShownSlot;
 //   - exit_codes.h for the codes, json_text.h for JSON in the documented number layout.
-// Then register it below and add its source to CMakeLists.txt. Parsing, --help, --version and
-// every usage error are handled once, in RunCommandLine.
+// Then register it below and add its source to CMakeLists.txt: to the Qt-free core when it needs
+// only the engine and io, beside print_commands.cpp when it draws through the render layer.
+// Parsing, --help, --version and every usage error are handled once, in RunCommandLine.
 
 #include "batch_command.h"
 #include "chart_command.h"
@@ -52,10 +53,12 @@ int main(int argc, char** argv) {
     int exitCode = kExitOk;
     AddComputeCommand(app, exitCode);
     AddChartCommand(app, exitCode);
-    AddExploreCommand(app, exitCode);
 #ifdef RAINFOLD_CLI_PRINT
+    AddExploreCommand(app, exitCode, WriteExplorePicture);
     AddReportCommand(app, exitCode);
     AddPlotCommand(app, exitCode);
+#else
+    AddExploreCommand(app, exitCode);
 #endif
     AddBatchCommand(app, exitCode);
 

@@ -2,6 +2,7 @@
 #include "command_support.h"
 #include "file_output.h"
 
+#include "ExplorerMapPicture.h"
 #include "QPainterSurface.h"
 #include "calc.h"
 #include "chart_data.h"
@@ -10,7 +11,8 @@
 #include "printout.h"
 #include "results_page.h"
 
-#include <QApplication>
+#include <QGuiApplication>
+#include <QImage>
 #include <QString>
 
 #include <memory>
@@ -29,14 +31,15 @@ struct PrintOptions {
     int position = 10; // position charted, 1..10 (the outer end unless asked)
 };
 
-// The printed pages need a GUI application for fonts and the chart; no window is ever shown.
-std::unique_ptr<QApplication> StartApplication() {
+// The pictures and pages need a GUI application for their fonts; no window is ever shown, so no
+// display is needed either.
+std::unique_ptr<QGuiApplication> StartApplication() {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     static int argc = 1;
     static char name[] = "rainfold-cli";
     static char* argv[] = {name, nullptr};
-    return std::make_unique<QApplication>(argc, argv);
+    return std::make_unique<QGuiApplication>(argc, argv);
 }
 
 int Run(Page kind, const PrintOptions& options, const CommandOutput& output) {
@@ -124,6 +127,23 @@ void AddPrintCommand(CLI::App& app, int& exitCode, Page kind) {
 }
 
 } // namespace
+
+int WriteExplorePicture(const ExploreOptions& options, const CommandOutput& output,
+                        const DesignRecord& design, const RunoffProbe& probe,
+                        const ExploreMap& map) {
+    const auto app = StartApplication();
+    render::ExplorerMapView view = render::MapViewFor(design, probe, map.axis, options.target);
+    view.map = &map;
+    // The window's picture at the size it has by default.
+    const QSize size(render::kExplorerPictureWidth, render::kExplorerPictureHeight);
+    const bool pdf = !options.pdf.empty();
+    const std::string& file = pdf ? options.pdf : options.png;
+    std::string bytes;
+    if (!render::ExplorerMapFile(view, size, pdf, bytes))
+        return output.Fail(kExitOutput, "cannot write " + file + ": the picture cannot be drawn",
+                           "rainfold-cli " + output.command() + ": ");
+    return WriteOutputFile(output, file, bytes);
+}
 
 void AddReportCommand(CLI::App& app, int& exitCode) {
     AddPrintCommand(app, exitCode, Page::Report);

@@ -12,14 +12,14 @@
 RateChart::RateChart(QWidget* parent) : QChartView(new QChart, parent) {
     setObjectName(QStringLiteral("MSChart1"));
     setRenderHint(QPainter::Antialiasing);
-    rainfold::render::FillRateChart(chart(), rainfold::ChartData{}, false);
+    rainfold::ui::FillRateChart(chart(), rainfold::ChartData{}, false);
 }
 
 void RateChart::setData(const rainfold::ChartData& data) {
     // A fresh chart each time: axes taken off a live chart leave their labels behind.
     QChart* previous = chart();
     auto* next = new QChart;
-    rainfold::render::FillRateChart(next, data, true);
+    rainfold::ui::FillRateChart(next, data, true);
     setChart(next);
     delete previous;
     hasData_ = true;

@@ -4,6 +4,7 @@
 
 #include "QPainterSurface.h"
 #include "chart_data.h"
+#include "chart_picture.h"
 #include "dialogs/frmPreview.h"
 #include "printing.h"
 #include "rate_chart_content.h"
@@ -28,6 +29,11 @@ QImage TwipImage(int w, int h) {
     image.setDotsPerMeterX(56693); // 1440 / 0.0254
     image.setDotsPerMeterY(56693);
     return image;
+}
+
+QImage ImageOf(const Picture& picture) {
+    const auto* image = dynamic_cast<const ImagePicture*>(picture.data.get());
+    return image ? image->image() : QImage();
 }
 
 bool AnyDark(const QImage& image, const QRect& area) {
@@ -157,6 +163,46 @@ ChartData Pass(double peak, double T, double k) {
     return d;
 }
 
+// What a chart writes where: its bounds, plot area, axis labels and titles, and curve names.
+struct ChartTexts {
+    QRectF bounds, plot;
+    std::vector<std::pair<QString, QRectF>> labels;
+    std::map<QString, QRectF> names;
+};
+
+// The chart of the results page, read from its scene's items.
+ChartTexts ShownChart(const ChartData& data, const QSizeF& size) {
+    QGraphicsScene scene;
+    auto* chart = new QChart;
+    scene.addItem(chart);
+    FillRateChart(chart, data, true);
+    LayOutRateChart(chart, size);
+    ChartTexts c{QRectF(QPointF(0, 0), size), chart->plotArea(), {}, {}};
+    for (QGraphicsItem* item : scene.items()) {
+        const auto* text = dynamic_cast<QGraphicsTextItem*>(item);
+        const auto* name = dynamic_cast<QGraphicsSimpleTextItem*>(item);
+        if (!item->isVisible() || (!text && !name))
+            continue;
+        if (name)
+            c.names[name->text()] = item->sceneBoundingRect();
+        else if (!text->toPlainText().isEmpty())
+            c.labels.emplace_back(text->toPlainText(), item->sceneBoundingRect());
+    }
+    return c;
+}
+
+// The printed plot's picture, read from the layout it is painted from.
+ChartTexts PrintedChart(const ChartData& data, const QSizeF& size) {
+    const ChartLayout layout = LayOutChartPicture(data, true, size);
+    ChartTexts c{QRectF(QPointF(0, 0), size), layout.plot, {}, {}};
+    for (const ChartText& t : layout.texts)
+        if (t.kind == ChartText::CurveName)
+            c.names[t.text] = t.box;
+        else
+            c.labels.emplace_back(t.text, t.box);
+    return c;
+}
+
 TEST(RateChart, LabelsReadInFullAtEverySizeTheChartIsShownAndPrinted) {
     const struct {
         double peak, T, k; // in/hr, h, in/hr at 1 h
@@ -172,58 +218,69 @@ TEST(RateChart, LabelsReadInFullAtEverySizeTheChartIsShownAndPrinted) {
     // The chart's smallest size on the results page, its size in the window at the window's
     // default size, and the printed plot's picture (6,800 by 5,100 twips at 96 dpi).
     const QSizeF sizes[] = {{360, 300}, {370, 480}, {453.3, 340}};
+    const struct {
+        const char* name;
+        ChartTexts (*read)(const ChartData&, const QSizeF&);
+    } charts[] = {{"shown", ShownChart}, {"printed", PrintedChart}};
     for (const auto& p : passes)
-        for (const QSizeF& size : sizes) {
-            SCOPED_TRACE(testing::Message() << "peak " << p.peak << " in/hr, pass " << 2 * p.T
-                                            << " h, " << size.width() << " x " << size.height());
-            const ChartData data = Pass(p.peak, p.T, p.k);
-            QGraphicsScene scene;
-            auto* chart = new QChart;
-            scene.addItem(chart);
-            FillRateChart(chart, data, true);
-            LayOutRateChart(chart, size);
-            const QRectF plot = chart->plotArea();
-            // The axis labels, left to right and bottom to top, and the curve names, where.
-            QMap<double, QString> times, rates;
-            std::map<QString, QRectF> names;
-            for (QGraphicsItem* item : scene.items()) {
-                if (!item->isVisible())
-                    continue;
-                const QRectF at = item->sceneBoundingRect();
-                const auto* text = dynamic_cast<QGraphicsTextItem*>(item);
-                const auto* name = dynamic_cast<QGraphicsSimpleTextItem*>(item);
-                const QString s = text ? text->toPlainText() : name ? name->text() : QString();
-                EXPECT_FALSE(s.contains(QChar(0x2026))) << s.toStdString();
-                const bool label = text && !s.isEmpty() && !s.contains('('); // not a title
-                if (name)
-                    names[s] = at;
-                else if (label && at.top() >= plot.bottom())
-                    times[at.center().x()] = s;
-                else if (label && at.right() <= plot.left())
-                    rates[-at.center().y()] = s;
+        for (const QSizeF& size : sizes)
+            for (const auto& chart : charts) {
+                SCOPED_TRACE(testing::Message()
+                             << chart.name << ", peak " << p.peak << " in/hr, pass " << 2 * p.T
+                             << " h, " << size.width() << " x " << size.height());
+                const ChartData data = Pass(p.peak, p.T, p.k);
+                const ChartTexts c = chart.read(data, size);
+                // The axis labels, left to right and bottom to top; titles carry a unit.
+                QMap<double, QString> times, rates;
+                for (const auto& [s, at] : c.labels) {
+                    EXPECT_FALSE(s.contains(QChar(0x2026))) << s.toStdString();
+                    EXPECT_TRUE(c.bounds.contains(at)) << s.toStdString();
+                    if (s.contains('('))
+                        continue;
+                    if (at.top() >= c.plot.bottom())
+                        times[at.center().x()] = s;
+                    else if (at.right() <= c.plot.left())
+                        rates[-at.center().y()] = s;
+                }
+                const QStringList timeLabels = times.values(), rateLabels = rates.values();
+
+                // Labels from 0 up, on the scale's steps, thinned if need be but at least three.
+                ASSERT_GE(rateLabels.size(), 3);
+                EXPECT_EQ(rateLabels.front(), "0");
+                const double step = data.yMaximum / data.yDivisions;
+                for (const QString& s : rateLabels) {
+                    const double divisions = s.toDouble() / step;
+                    EXPECT_NEAR(divisions, std::round(divisions), 1e-9) << s.toStdString();
+                }
+
+                ASSERT_GE(timeLabels.size(), 3);
+                EXPECT_EQ(std::set<QString>(timeLabels.begin(), timeLabels.end()).size(),
+                          size_t(timeLabels.size()))
+                    << timeLabels.join(' ').toStdString();
+                EXPECT_NEAR(timeLabels.back().toDouble(), 2 * p.T, 2 * p.T / 50);
+
+                EXPECT_EQ(c.names.count("Application Rate"), 1u);
+                EXPECT_EQ(c.names.count("Intake Rate"), p.intakeShows ? 1u : 0u);
+                for (const auto& [name, box] : c.names)
+                    EXPECT_TRUE(c.plot.contains(box)) << name.toStdString();
             }
-            const QStringList timeLabels = times.values(), rateLabels = rates.values();
+}
 
-            // Labels from 0 up, on the scale's steps, thinned if need be but at least three.
-            ASSERT_GE(rateLabels.size(), 3);
-            EXPECT_EQ(rateLabels.front(), "0");
-            const double step = data.yMaximum / data.yDivisions;
-            for (const QString& s : rateLabels) {
-                const double divisions = s.toDouble() / step;
-                EXPECT_NEAR(divisions, std::round(divisions), 1e-9) << s.toStdString();
-            }
-
-            ASSERT_GE(timeLabels.size(), 3);
-            EXPECT_EQ(std::set<QString>(timeLabels.begin(), timeLabels.end()).size(),
-                      size_t(timeLabels.size()))
-                << timeLabels.join(' ').toStdString();
-            EXPECT_NEAR(timeLabels.back().toDouble(), 2 * p.T, 2 * p.T / 50);
-
-            EXPECT_EQ(names.count("Application Rate"), 1u);
-            EXPECT_EQ(names.count("Intake Rate"), p.intakeShows ? 1u : 0u);
-            for (const auto& [name, box] : names)
-                EXPECT_TRUE(plot.contains(box)) << name.toStdString();
-        }
+// The printed plot from the window and from rainfold-cli must be the same page, so the chart
+// picture may not follow the window's application font.
+TEST(ChartPicture, IsTheSameWhateverTheApplicationFont) {
+    const ChartData data = Pass(2, 0.17, 0.5);
+    const QFont original = QGuiApplication::font();
+    const QImage before = ImageOf(ChartPicture(data, true));
+    QFont large(QStringLiteral("Serif"));
+    large.setPointSize(14);
+    QApplication::setFont(large);
+    const QImage after = ImageOf(ChartPicture(data, true));
+    QApplication::setFont(original);
+    ASSERT_FALSE(before.isNull());
+    EXPECT_EQ(before, after);
+    // The picture holds the chart: dark curves and labels on white.
+    EXPECT_TRUE(AnyDark(before, before.rect()));
 }
 
 } // namespace

@@ -1,7 +1,6 @@
 #include "rate_chart_content.h"
 
-#include "curve_labels.h"
-#include "format.h"
+#include "rate_chart_rules.h"
 
 #include <QChart>
 #include <QCoreApplication>
@@ -17,12 +16,12 @@
 #include <array>
 #include <cmath>
 
-namespace rainfold::render {
+namespace rainfold::ui {
+
+using namespace rainfold::render;
 
 namespace {
 
-constexpr int kTimeSteps = 5;              // time ticks at 0, 1/5, ... of the pass
-constexpr double kLabelPadding = 5;        // the chart's space above and below an axis label
 constexpr int kCurveLabelTag = 0x52464c42; // marks the curve names among the chart's items
 const QString kCurveLabel = QStringLiteral("curveLabel");
 constexpr double kCurveLabelZ = 100; // above the series
@@ -42,40 +41,8 @@ QLineSeries* AddSeries(QChart* chart, const std::vector<ChartPoint>& points, con
     return series;
 }
 
-// Fewest decimals with which every time label lies within a tenth of a step of its tick, so no
-// two labels read the same however short the pass.
-int TimeDecimals(double tEnd, int steps) {
-    const double step = tEnd / steps;
-    for (int decimals = 0; decimals < 8; ++decimals) {
-        const double unit = std::pow(10.0, -decimals);
-        bool close = true;
-        for (int i = 0; i <= steps && close; ++i)
-            close = std::fabs(std::round(i * step / unit) * unit - i * step) <= step / 10;
-        if (close)
-            return decimals;
-    }
-    return 8;
-}
-
-// Labels every `every` divisions of the rate scale: the smallest of 1, 2, 4, 5, 10, 20, 25, 50,
-// ... divisions at which a label has the room of a line of text. The grid keeps every division.
-int RateLabelEvery(int divisions, double plotHeight, double lineHeight) {
-    for (int base = 1;; base *= 10)
-        for (int k : {1, 2, 4, 5}) {
-            const int every = k * base;
-            if (k == 4 && base > 1)
-                continue; // 40, 400: 50 reads better
-            const int labels = divisions / every + 1;
-            if (every >= divisions || plotHeight / labels - 2 * kLabelPadding >= lineHeight)
-                return every;
-        }
-}
-
-int TimeTicks(double plotWidth, double widestLabel) {
-    int steps = kTimeSteps;
-    while (steps > 1 && plotWidth / (steps + 1) - 2 * kLabelPadding < widestLabel)
-        --steps;
-    return steps;
+QString LabelFormat(int decimals) {
+    return QStringLiteral("%.%1f").arg(decimals);
 }
 
 // Lays out what depends on the size of the plot area: how many rate and time labels fit, and
@@ -110,26 +77,20 @@ public:
         if (plot.isEmpty())
             return;
         const QFontMetricsF metrics(time_->labelsFont());
-        const int divisions = drawn_ && data_.yDivisions > 0 ? data_.yDivisions : 2;
-        const double maximum = drawn_ && data_.yMaximum > 0 ? data_.yMaximum : 1;
-        const int every = RateLabelEvery(divisions, plot.height(), metrics.height());
-        const double interval = maximum / divisions * every;
+        const RateScale scale = ChartRateScale(data_, drawn_);
+        const int every = RateLabelEvery(scale.divisions, plot.height(), metrics.height());
+        const double interval = scale.maximum / scale.divisions * every;
         if (rateLabels_->tickInterval() != interval)
             rateLabels_->setTickInterval(interval);
 
-        const double tEnd = time_->max();
-        QString widest;
-        for (int steps = kTimeSteps; steps >= 1; --steps) {
-            widest = QString::fromStdString(FixedText(tEnd, TimeDecimals(tEnd, steps)));
-            if (TimeTicks(plot.width(), metrics.horizontalAdvance(widest)) >= steps) {
-                if (time_->tickCount() != steps + 1)
-                    time_->setTickCount(steps + 1);
-                const QString format = QStringLiteral("%.%1f").arg(TimeDecimals(tEnd, steps));
-                if (time_->labelFormat() != format)
-                    time_->setLabelFormat(format);
-                break;
-            }
-        }
+        const TimeScale time =
+            FitTimeScale(time_->max(), plot.width(), [&](const std::string& text) {
+                return metrics.horizontalAdvance(QString::fromStdString(text));
+            });
+        if (time_->tickCount() != time.steps + 1)
+            time_->setTickCount(time.steps + 1);
+        if (time_->labelFormat() != LabelFormat(time.decimals))
+            time_->setLabelFormat(LabelFormat(time.decimals));
         placeNames(plot);
     }
 
@@ -147,20 +108,15 @@ private:
             }
             curves.push_back(std::move(c));
         }
-        const LabelBox area{plot.left(), plot.top(), plot.right(), plot.bottom()};
-        std::vector<LabelBox> taken;
+        std::vector<NameSize> sizes;
+        for (const QGraphicsRectItem* name : names_)
+            sizes.push_back({name->rect().width(), name->rect().height()});
+        const std::vector<LabelPlace> places =
+            PlaceCurveNames(curves, sizes, {plot.left(), plot.top(), plot.right(), plot.bottom()});
         for (size_t i = 0; i < names_.size(); ++i) {
-            const QRectF size = names_[i]->rect();
-            // The application rate is named near its peak, the intake rate late in the pass,
-            // where it has drawn away from the steep start.
-            const LabelPlace place =
-                PlaceCurveLabel(curves, i, size.width(), size.height(), area, taken,
-                                i == 1 ? LabelPreference::Middle : LabelPreference::Late);
-            names_[i]->setVisible(place.visible);
-            if (place.visible) {
-                names_[i]->setPos(place.box.left, place.box.top);
-                taken.push_back(place.box);
-            }
+            names_[i]->setVisible(places[i].visible);
+            if (places[i].visible)
+                names_[i]->setPos(places[i].box.left, places[i].box.top);
         }
     }
 
@@ -191,30 +147,29 @@ void FillRateChart(QChart* chart, const ChartData& data, bool drawn) {
     // Both curves share one pen; each is named beside itself instead of in a legend.
     chart->legend()->setVisible(false);
 
-    const double maximum = drawn && data.yMaximum > 0 ? data.yMaximum : 1;
-    const int divisions = drawn && data.yDivisions > 0 ? data.yDivisions : 2;
+    const RateScale scale = ChartRateScale(data, drawn);
 
     auto* x = new QValueAxis(chart);
-    x->setTitleText(QStringLiteral("Time (hr)"));
+    x->setTitleText(QString::fromLatin1(kTimeTitle));
     // The rate scale in two parts: the grid at every division with its five minor steps, and
     // the labels, as many as have room, on the left.
     auto* grid = new QValueAxis(chart);
-    grid->setRange(0, maximum);
-    grid->setTickCount(divisions + 1);
-    grid->setMinorTickCount(std::max(0, data.yMinorDivisions - 1));
+    grid->setRange(0, scale.maximum);
+    grid->setTickCount(scale.divisions + 1);
+    grid->setMinorTickCount(scale.minorSteps - 1);
     grid->setMinorGridLineVisible(true);
     grid->setLabelsVisible(false);
     grid->setLineVisible(false);
     auto* y = new QValueAxis(chart);
-    y->setTitleText(QStringLiteral("Application & Intake Rate (in/hr)"));
+    y->setTitleText(QString::fromLatin1(kRateTitle));
     y->setLabelFormat(QStringLiteral("%g"));
     y->setTickType(QValueAxis::TicksDynamic);
     y->setTickAnchor(0);
-    y->setTickInterval(maximum / divisions);
+    y->setTickInterval(scale.maximum / scale.divisions);
     y->setGridLineVisible(false);
     y->setMinorGridLineVisible(false);
     QFont titleFont = x->titleFont();
-    titleFont.setPointSize(9);
+    titleFont.setPointSizeF(kTitlePoints);
     x->setTitleFont(titleFont);
     y->setTitleFont(titleFont);
     chart->addAxis(x, Qt::AlignBottom);
@@ -222,24 +177,22 @@ void FillRateChart(QChart* chart, const ChartData& data, bool drawn) {
     chart->addAxis(y, Qt::AlignLeft);
 
     std::array<QLineSeries*, 2> curves{};
-    double tEnd = 0;
     if (drawn) {
-        curves[0] = AddSeries(chart, data.intake, QStringLiteral("Intake Rate"));
-        curves[1] = AddSeries(chart, data.application, QStringLiteral("Application Rate"));
+        curves[0] = AddSeries(chart, data.intake, QString::fromLatin1(kCurveNames[0]));
+        curves[1] = AddSeries(chart, data.application, QString::fromLatin1(kCurveNames[1]));
         AddSeries(chart, data.pondingMarker, QStringLiteral("Ponding"));
         if (!data.storageMarker.empty())
             AddSeries(chart, data.storageMarker, QStringLiteral("Storage Filled"));
-        for (const ChartPoint& p : data.application)
-            tEnd = std::max(tEnd, p.t);
     }
     for (QAbstractSeries* s : chart->series()) {
         s->attachAxis(x);
         s->attachAxis(y);
     }
-    x->setRange(0, tEnd > 0 ? tEnd : 1);
-    x->setTickCount(kTimeSteps + 1);
-    x->setLabelFormat(QStringLiteral("%.%1f").arg(TimeDecimals(tEnd > 0 ? tEnd : 1, kTimeSteps)));
-    y->setRange(0, maximum);
+    const double tEnd = ChartTimeEnd(data, drawn);
+    x->setRange(0, tEnd);
+    x->setTickCount(kMostTimeSteps + 1);
+    x->setLabelFormat(LabelFormat(TimeDecimals(tEnd, kMostTimeSteps)));
+    y->setRange(0, scale.maximum);
     new ChartLayout(chart, data, drawn, x, y, curves);
 }
 
@@ -251,4 +204,4 @@ void LayOutRateChart(QChart* chart, const QSizeF& size) {
     }
 }
 
-} // namespace rainfold::render
+} // namespace rainfold::ui
