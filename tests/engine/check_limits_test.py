@@ -1,20 +1,31 @@
 #!/usr/bin/env python3
-"""The limits the user guide states against the table of every check's limits that the checks
-are tested with (tests/engine/check_limits.txt): a limit moved in the program and not in the
-guide, or a wrong number in the guide, fails here.
+"""Every check's limits, from one table (check_limits.txt), against the program and against the
+user guide: a limit moved in the program, a comparison that lets the limit itself through when it
+should not, or a wrong number in the guide fails here.
 
+- The program: rainfold-cli computes a design with each field typed at each limit, a millionth
+  inside it and a millionth past it; the checks must give the error, the warning (quoting the text
+  as typed) or nothing, as the table says.
 - Every table of inputs.html and soils.html with an "Accepted" column: each field's range (and
   what a value above it gets) is the table's; inputs.html states every limit of the table.
 - messages.html: the numbers in the meaning of each check's message are exactly that message's
   limits (the low limits, and the high ones a value past gets this message for).
 
-    guide_limits_test.py GUIDE_FOLDER CHECK_LIMITS_FILE
+    check_limits_test.py RAINFOLD_CLI GUIDE_FOLDER CHECK_LIMITS_FILE
 """
 import html.parser
 import os
 import re
 import shlex
+import subprocess
 import sys
+import tempfile
+
+# The sound design every probe starts from; the initial water content is 0, so the saturated one
+# can go down to its own limit.
+BASE = dict(txtSYL="1320", txtGPM="900", txtAPPL="1", txtWetDiam="60", txtSurfStore="2",
+            txtResidue="30", txtKS="10", txtHW="110", txtThetaS="0.45", txtThetaI="0",
+            txtRzDepth="", txtOmega=".0002")
 
 
 class Tables(html.parser.HTMLParser):
@@ -62,7 +73,7 @@ def read_limits(path):
                 continue
             field, when, low, high, above, label, error, *warning = shlex.split(line)
             limits[" ".join(label.split())] = dict(
-                field=field, range=(low[0], float(low[1:]), high[-1:], high[:-1]),
+                field=field, when=when, range=(low[0], float(low[1:]), high[-1:], high[:-1]),
                 above=above, error=error, warning=warning)
     return limits
 
@@ -85,9 +96,58 @@ def stated_range(text):
     return None
 
 
-def main(folder, limits_path):
+def design_file(fields, option):
+    q = lambda *names: ",".join('"%s"' % fields[n] for n in names)
+    records = ['"P"', '"L"', '"C","S"', '"D","1/1/2026"',
+               q("txtSYL", "txtGPM", "txtAPPL", "txtWetDiam"), "3", str(option),
+               q("txtSurfStore", "txtResidue"),
+               q("txtKS", "txtHW", "txtThetaS", "txtThetaI", "txtRzDepth", "txtOmega")]
+    return ("\r\n".join(records) + "\r\n").encode()
+
+
+def probe_program(cli, limits, faults):
+    """Each limit typed at, a millionth inside and a millionth past it, through rainfold-cli."""
+    with tempfile.TemporaryDirectory() as work:
+        for label, want in limits.items():
+            low_kind, low, high_kind, high = want["range"]
+            probes = [(low, "none" if low_kind == "[" else "error"), (low + 1e-6, "none"),
+                      (low - 1e-6, "error")]
+            if high == "":
+                probes.append((1e6, "none"))
+            else:
+                top = float(BASE[high]) if high in BASE else float(high)
+                probes += [(top, "none" if high_kind == "]" else want["above"]),
+                           (top - 1e-6, "none"), (top + 1e-6, want["above"])]
+            for value, outcome in probes:
+                text = "%.6f" % value
+                fields = dict(BASE)
+                if want["when"] == "option2":  # storage amounts typed once: sound ones first
+                    fields.update(txtSurfStore="0.2", txtResidue="0.1")
+                fields[want["field"]] = text
+                path = os.path.join(work, "probe.rfd")
+                with open(path, "wb") as f:
+                    f.write(design_file(fields, 2 if want["when"] == "option2" else 0))
+                args = [cli, "compute", path] + (["--green-ampt"] if want["when"] == "green-ampt"
+                                                 else [])
+                done = subprocess.run(args, capture_output=True, text=True)
+                said = [l for l in done.stderr.splitlines()
+                        if l.startswith(("Warning: ", "Error: "))]
+                if outcome == "error":
+                    ok = done.returncode == 2 and said == ["Error: " + want["error"]]
+                elif outcome == "warning":
+                    prefix, suffix = want["warning"]
+                    ok = done.returncode != 2 and said[:1] == ["Warning: " + prefix + text + suffix]
+                else:
+                    ok = done.returncode != 2 and not [l for l in said if l.startswith("Warning")]
+                if not ok:
+                    faults.append(f"{label} typed as {text}: expected {outcome}, exit "
+                                  f"{done.returncode}, {said}")
+    return faults
+
+
+def main(cli, folder, limits_path):
     limits = read_limits(limits_path)
-    faults = []
+    faults = probe_program(cli, limits, [])
     stated_on = {}
     for page in ("inputs.html", "soils.html"):
         for _, rows in read_tables(folder, page):
@@ -164,4 +224,4 @@ def main(folder, limits_path):
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1], sys.argv[2]))
+    sys.exit(main(*sys.argv[1:4]))
