@@ -14,24 +14,29 @@ namespace rainfold::cli {
 
 namespace {
 
-// Chart values are held to four decimals; they are written so, not to the 17 digits of the
-// other JSON documents, which would only show the binary rounding of 0.0123.
+// Chart values are held to four decimals, as the chart's table holds them.
 std::string Fixed4(double x) {
     return FormatFixed(x, 4);
 }
 
-std::string Points(const std::vector<ChartPoint>& points) {
-    std::string out = "[";
-    for (size_t i = 0; i < points.size(); ++i)
-        out += (i ? ",[" : "[") + Fixed4(points[i].t) + "," + Fixed4(points[i].rate) + "]";
-    return out + "]";
+// The four-decimal value as a number: 0.0123, not the binary neighbour of the unrounded value.
+Json Held(double x) {
+    double value = 0;
+    return ParseDecimal(Fixed4(x), value) ? Json(value) : Json(nullptr);
 }
 
-template <class Get> std::string Column(const std::vector<ChartPoint>& points, Get get) {
-    std::string out = "[";
-    for (size_t i = 0; i < points.size(); ++i)
-        out += (i ? "," : "") + Fixed4(get(points[i]));
-    return out + "]";
+Json Points(const std::vector<ChartPoint>& points) {
+    Json out = Json::array();
+    for (const ChartPoint& p : points)
+        out.push_back(Json::array({Held(p.t), Held(p.rate)}));
+    return out;
+}
+
+template <class Get> Json Column(const std::vector<ChartPoint>& points, Get get) {
+    Json out = Json::array();
+    for (const ChartPoint& p : points)
+        out.push_back(Held(get(p)));
+    return out;
 }
 
 // A marker of zero height at the first instant marks nothing: the position never ponds.
@@ -43,18 +48,22 @@ bool Marks(const std::vector<ChartPoint>& marker) {
 }
 
 std::string ChartJson(const ChartData& d) {
-    const auto text = [](const std::string& s) { return JsonText(Json(s)); };
-    std::ostringstream out;
-    out << "{\"status\":\"ok\",\"message\":\"\""
-        << ",\"time\":" << Column(d.application, [](const ChartPoint& p) { return p.t; })
-        << ",\"application\":" << Column(d.application, [](const ChartPoint& p) { return p.rate; })
-        << ",\"intake\":" << Column(d.intake, [](const ChartPoint& p) { return p.rate; })
-        << ",\"ponding\":" << (Marks(d.pondingMarker) ? Points(d.pondingMarker) : "null")
-        << ",\"storage\":" << (d.storageMarker.empty() ? "null" : Points(d.storageMarker))
-        << ",\"yMaximum\":" << PlainNumber(d.yMaximum) << ",\"yDivisions\":" << d.yDivisions
-        << ",\"txtHP\":" << text(d.txtHP) << ",\"txtTS\":" << text(d.txtTS)
-        << ",\"txtTP\":" << text(d.txtTP) << "}\n";
-    return out.str();
+    const auto time = [](const ChartPoint& p) { return p.t; };
+    const auto rate = [](const ChartPoint& p) { return p.rate; };
+    Json doc;
+    doc["status"] = "ok";
+    doc["message"] = "";
+    doc["time"] = Column(d.application, time);
+    doc["application"] = Column(d.application, rate);
+    doc["intake"] = Column(d.intake, rate);
+    doc["ponding"] = Marks(d.pondingMarker) ? Points(d.pondingMarker) : Json(nullptr);
+    doc["storage"] = d.storageMarker.empty() ? Json(nullptr) : Points(d.storageMarker);
+    doc["yMaximum"] = d.yMaximum;
+    doc["yDivisions"] = d.yDivisions;
+    doc["txtHP"] = d.txtHP;
+    doc["txtTS"] = d.txtTS;
+    doc["txtTP"] = d.txtTP;
+    return JsonText(doc) + "\n";
 }
 
 std::string ChartText(const ChartData& d) {

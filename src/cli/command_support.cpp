@@ -33,6 +33,26 @@ bool PutStdout(const std::string& text) {
     return written == text.size() && std::fflush(stdout) == 0;
 }
 
+// The design a script pipes in: bounded like a file, so a stream that never ends is refused at
+// the first byte past the limit instead of filling the memory.
+FileOutcome OpenStandardInput(DesignRecord& design) {
+    const std::string name = "standard input";
+    std::string bytes;
+    char buffer[65536];
+    while (bytes.size() <= kDesignFileLimit) {
+        const size_t n = std::fread(buffer, 1, sizeof buffer, stdin);
+        bytes.append(buffer, n);
+        if (n < sizeof buffer) {
+            if (std::ferror(stdin))
+                return {false, "Could not open " + name + ": " + std::strerror(errno) + "."};
+            break;
+        }
+    }
+    if (bytes.size() > kDesignFileLimit)
+        return {false, "Could not open " + name + ": " + std::strerror(EFBIG) + "."};
+    return ParseDesign(bytes, name, design);
+}
+
 } // namespace
 
 int CommandOutput::Fail(int code, const std::string& message, const std::string& prefix) const {
@@ -99,14 +119,16 @@ void AddJsonOption(CLI::App& command, CommandOutput& output, const std::string& 
 }
 
 void AddDesignFileArgument(CLI::App& command, std::string& file) {
-    command.add_option("FILE.rfd", file, "the design file")->required()->type_name("");
+    command.add_option("FILE.rfd", file, "the design file, or - to read it from standard input")
+        ->required()
+        ->type_name("");
 }
 
 int LoadCheckedDesign(const CommandOutput& output, const std::string& file, bool greenAmpt,
                       DesignRecord& design) {
     FileOutcome opened;
     try {
-        opened = OpenDesign(file, design);
+        opened = file == "-" ? OpenStandardInput(design) : OpenDesign(file, design);
     } catch (const std::exception& e) { // a path the reader did not foresee is still a file error
         opened = {false, "Could not open " + file + ": " + e.what()};
     }

@@ -55,12 +55,13 @@ CLI::Validator WholeNumberIn(int low, int high);
 // --json, bound to the command's output.
 void AddJsonOption(CLI::App& command, CommandOutput& output, const std::string& description);
 
-// The design file argument: one, required.
+// The design file argument: one, required; "-" reads the design from standard input.
 void AddDesignFileArgument(CLI::App& command, std::string& file);
 
-// Opens a design file and runs the window's checks on it: warnings are printed and accepted (as
-// if OK were pressed), an error stops. kExitOk when the design is ready to compute, otherwise the
-// exit code after the message (kExitFile: cannot be opened or malformed, kExitCheck: a check).
+// Opens a design file (standard input for "-", bounded like a file) and runs the window's checks
+// on it: warnings are printed and accepted (as if OK were pressed), an error stops. kExitOk when
+// the design is ready to compute, otherwise the exit code after the message (kExitFile: cannot be
+// opened or malformed, kExitCheck: a check).
 int LoadCheckedDesign(const CommandOutput& output, const std::string& file, bool greenAmpt,
                       DesignRecord& design);
 

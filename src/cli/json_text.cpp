@@ -46,7 +46,7 @@ void Write(const Json& value, std::string& out) {
             out += "null";
             break;
         }
-        out += SignificantText(x, 17);
+        out += ShortestText(x);
         break;
     }
     default:
@@ -64,7 +64,15 @@ Json JsonNumber(const std::optional<double>& value) {
 
 std::string JsonText(const Json& document) {
     std::string out;
-    Write(document, out);
+    if (document.is_object() && !document.contains("schemaVersion")) {
+        Json stamped;
+        stamped["schemaVersion"] = kJsonSchemaVersion;
+        for (const auto& item : document.items())
+            stamped[item.key()] = item.value();
+        Write(stamped, out);
+    } else {
+        Write(document, out);
+    }
     return out;
 }
 

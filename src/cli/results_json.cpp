@@ -6,15 +6,23 @@ namespace rainfold::cli {
 
 namespace {
 
+// The engine works in millimetres; each key in millimetres has a twin in inches, named with the
+// unit ("SurfStore" and "SurfStore_in"), as the window shows it.
+constexpr double kMmPerInch = 25.4;
+
+std::optional<double> Scaled(const std::optional<double>& value, double divisor) {
+    return value ? std::optional<double>(*value / divisor) : std::nullopt;
+}
+
 // [case][position][slot], every index from 1 in the record, from 0 in JSON.
-Json SlotArrayJson(const SlotArray& a) {
+Json SlotArrayJson(const SlotArray& a, double divisor = 1) {
     Json cases = Json::array();
     for (int c = 1; c <= 3; ++c) {
         Json positions = Json::array();
         for (int p = 1; p <= 10; ++p) {
             Json slots = Json::array();
             for (int s = 1; s <= 3; ++s)
-                slots.push_back(JsonNumber(a.get(c, p, s)));
+                slots.push_back(JsonNumber(Scaled(a.get(c, p, s), divisor)));
             positions.push_back(slots);
         }
         cases.push_back(positions);
@@ -22,12 +30,12 @@ Json SlotArrayJson(const SlotArray& a) {
     return cases;
 }
 
-Json GreenArrayJson(const GreenArray& a) {
+Json GreenArrayJson(const GreenArray& a, double divisor = 1) {
     Json cases = Json::array();
     for (int c = 1; c <= 3; ++c) {
         Json positions = Json::array();
         for (int p = 1; p <= 10; ++p)
-            positions.push_back(JsonNumber(a.get(c, p, 1)));
+            positions.push_back(JsonNumber(Scaled(a.get(c, p, 1), divisor)));
         cases.push_back(positions);
     }
     return cases;
@@ -53,10 +61,16 @@ Json ResultsJson(const DesignRecord& design, const Results& res, const CalcOutco
     Json& hours = doc["HoursPerRev"] = Json::array();
     for (size_t c = 1; c <= 3; ++c)
         hours.push_back(JsonNumber(res.HoursPerRev[c]));
-    Json& store = doc["SurfStore"] = Json::array();
-    for (size_t p = 1; p <= 10; ++p)
+    // Built apart and then added: a reference into the ordered object dies with its next key.
+    Json store = Json::array(), storeInches = Json::array();
+    for (size_t p = 1; p <= 10; ++p) {
         store.push_back(JsonNumber(res.SurfStore[p]));
+        storeInches.push_back(JsonNumber(Scaled(res.SurfStore[p], kMmPerInch)));
+    }
+    doc["SurfStore"] = store;
+    doc["SurfStore_in"] = storeInches;
     doc["PeakRate"] = SlotArrayJson(res.PeakRate);
+    doc["PeakRate_in_hr"] = SlotArrayJson(res.PeakRate, kMmPerInch);
     doc["HalfTime"] = SlotArrayJson(res.HalfTime);
     doc["PondFlag"] = SlotArrayJson(res.PondFlag);
     doc["PondStart"] = SlotArrayJson(res.PondStart);
@@ -75,6 +89,7 @@ Json ResultsJson(const DesignRecord& design, const Results& res, const CalcOutco
         doc["GAPctRunoff"] = GreenArrayJson(res.GAPctRunoff);
         doc["GAVarTs"] = GreenArrayJson(res.GAVarTs);
         doc["GAVarFTf"] = GreenArrayJson(res.GAVarFTf);
+        doc["GAVarFTf_in"] = GreenArrayJson(res.GAVarFTf, kMmPerInch);
         doc["GAVarPctRunoff"] = GreenArrayJson(res.GAVarPctRunoff);
         Json& gaWeighted = doc["GAWeightedRunoff"] = Json::array();
         for (int c = 1; c <= 3; ++c)

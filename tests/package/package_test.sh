@@ -31,11 +31,8 @@ for size in 16 22 24 32 48 64 128 256; do
 done
 has usr/share/man/man1/rainfold.1.gz
 has usr/share/man/man1/rainfold-cli.1.gz
-has usr/share/rainfold/guide/index.html
-has usr/share/rainfold/guide/keywords.html
 has usr/share/doc/rainfold/copyright
 has usr/share/doc/rainfold/changelog.gz
-has usr/share/doc/rainfold/examples/spray-1300ft-800gpm.rfd
 while read -r f; do fault "outside /usr: $f"; done < <(grep -v -e '^usr' -e '^\.\?$' "$work/files" || true)
 desktop="$(grep -E '^usr/share/applications/[^/]+\.desktop$' "$work/files" || true)"
 metainfo="$(grep -E '^usr/share/metainfo/[^/]+\.metainfo\.xml$' "$work/files" || true)"
@@ -71,6 +68,18 @@ update-mime-database "$work/mime" >"$work/mime.log" 2>&1 ||
 grep -q ":${mime:-?}:\*\.rfd$" "$work/mime/globs2" ||
     fault "*.rfd is not the desktop entry's type ${mime:-?}"
 grep -q "^${mime:-?} text/plain$" "$work/mime/subclasses" || fault "$mime is not text-based"
+# The examples and the user guide: every file of the source's folder is in the package, byte for
+# byte, and the package's folder holds nothing else.
+source="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
+same_folder() { # same_folder SOURCE_FOLDER PACKAGED_FOLDER
+    diff <(cd "$1" && find . -type f | sort) <(cd "$2" 2>/dev/null && find . -type f | sort) \
+        >"$work/folders" || { fault "$2 differs from $1:"; sed 's/^/    /' "$work/folders"; }
+    while read -r f; do
+        cmp -s "$1/$f" "$2/$f" || fault "$2/$f is not the source's $f"
+    done < <(cd "$1" && find . -type f)
+}
+same_folder "$source/examples" "$root/usr/share/doc/rainfold/examples"
+same_folder "$source/docs/guide" "$root/usr/share/rainfold/guide"
 # Each PNG icon has the size its folder names.
 for png in "$root"/usr/share/icons/hicolor/*x*/apps/rainfold.png; do
     folder="$(basename "$(dirname "$(dirname "$png")")")"

@@ -92,8 +92,8 @@ private slots:
             // typed, and the page shown after Enter; empty: the page does not change
             {"wetted", "inputs.html#wetted-diameter"},         // first letters
             {"SEGMENT", "surface-storage.html#segment-table"}, // any case
-            {"time", "results.html#rate-chart"},               // beginning before inside
-            {"explorer", "explorer.html#explorer-output"},     // inside a keyword
+            {"time", "results.html#time-to-saturation"},       // beginning before inside
+            {"explorer", "explorer.html"},                     // inside a keyword
             {"qqq", ""},
         };
         for (const auto& [typed, shown] : cases) {

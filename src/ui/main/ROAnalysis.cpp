@@ -151,6 +151,10 @@ void ROAnalysis::buildMenus() {
         addAction(tools, "mnuToolsDesignExplorer", QStringLiteral("Design &Explorer..."));
     connect(mnuToolsDesignExplorer, &QAction::triggered, this,
             &ROAnalysis::mnuToolsDesignExplorer_Click);
+    mnuToolsGreenAmptSoil = addAction(tools, "mnuToolsGreenAmptSoil",
+                                      QStringLiteral("Green-Ampt Soil from &Texture..."));
+    connect(mnuToolsGreenAmptSoil, &QAction::triggered, this,
+            &ROAnalysis::mnuToolsGreenAmptSoil_Click);
 
     QMenu* help = menuBar()->addMenu(QStringLiteral("&Help"));
     help->setObjectName(QStringLiteral("mnuHelp"));

@@ -117,6 +117,7 @@ private slots:
     void mnuOptionsSR_Click(int option);
     void mnuOptionsGreenAmpt_Click();
     void mnuToolsDesignExplorer_Click();
+    void mnuToolsGreenAmptSoil_Click();
     void mnuHelpContents_Click();
     void mnuHelpSearchForHelpOn_Click();
     void mnuHelpAbout_Click();
@@ -225,6 +226,7 @@ private:
     std::array<QAction*, 4> mnuOptionsSR{};
     QAction* mnuOptionsGreenAmpt = nullptr;
     QAction* mnuToolsDesignExplorer = nullptr;
+    QAction* mnuToolsGreenAmptSoil = nullptr;
     QAction* mnuHelpContents = nullptr;
     QAction* mnuHelpSearchForHelpOn = nullptr;
     QAction* mnuHelpAbout = nullptr;
