@@ -203,7 +203,7 @@ try:
         check(f"{args} --slot 3 exits 64", done.returncode == 64, done.returncode)
         check(f"{args} --slot 3 says why", "slot 3" in done.stderr, done.stderr)
         wrote = done.stdout if "--json" not in args else "" if json.loads(done.stdout) == {
-            "status": "error", "message": done.stderr.split(": ", 1)[1].strip()} else done.stdout
+            "schemaVersion": 1, "status": "error", "message": done.stderr.split(": ", 1)[1].strip()} else done.stdout
         check(f"{args} --slot 3 writes nothing but the error", wrote == "" and
               not os.path.exists(pdf), done.stdout[:200])
         check(f"{args} --slot 2 works", run(*args, "--slot", "2").returncode == 0)
