@@ -112,7 +112,7 @@ double RunoffProbe::WeightedAverage(double diameterFt, double depthIn,
         if (green_)
             green.at(kCapacityAsEntered, p, 1) =
                 GreenAmpt(GreenAmptModel::Constant, soil_, found.peakRate, found.halfTime, SS,
-                          notify)
+                          notify, false)
                     .pctRunoff;
         else
             intake.at(kCapacityAsEntered, p, slot_) = found.pctRunoff;
