@@ -206,11 +206,18 @@ QWidget* DesignExplorer::buildRightPanel() {
     lblDepthAnswer->setObjectName(QStringLiteral("lblDepthAnswer"));
     cmdUseDepth = new QPushButton(QStringLiteral("U&se"));
     cmdUseDepth->setObjectName(QStringLiteral("cmdUseDepth"));
+    const int panelWidth =
+        fm.averageCharWidth() * 56 + fm.horizontalAdvance(QStringLiteral("Use")) + fm.height() * 3;
+    // The answer's column: the panel less the button's, the margins and a little to spare.
+    const int textWidth = panelWidth - cmdUseDiameter->sizeHint().width() - 4 * fm.height();
+    const int answerHeight = fm.boundingRect(QRect(0, 0, textWidth, 100 * fm.lineSpacing()),
+                                             Qt::TextWordWrap, LongestAnswer())
+                                 .height();
     for (QLabel* label : {lblDiameterAnswer, lblDepthAnswer}) {
         label->setWordWrap(true);
         label->setTextInteractionFlags(Qt::TextSelectableByMouse);
         label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-        label->setMinimumHeight(6 * fm.lineSpacing());
+        label->setMinimumHeight(answerHeight);
     }
     grid->addWidget(lblDiameterAnswer, 0, 0);
     grid->addWidget(cmdUseDiameter, 0, 1, Qt::AlignTop);
@@ -230,7 +237,7 @@ QWidget* DesignExplorer::buildRightPanel() {
         label->setMinimumHeight(2 * fm.lineSpacing());
     }
     chtPivot = new ExplorerPivotChart;
-    chtPivot->setMinimumHeight(10 * fm.lineSpacing());
+    chtPivot->setMinimumHeight(13 * fm.lineSpacing());
 
     auto* panel = new QWidget;
     auto* right = new QVBoxLayout(panel);
@@ -239,8 +246,7 @@ QWidget* DesignExplorer::buildRightPanel() {
     right->addWidget(lblSelected);
     right->addWidget(lblPointer);
     right->addWidget(chtPivot, 1);
-    panel->setFixedWidth(fm.averageCharWidth() * 56 + fm.horizontalAdvance(QStringLiteral("Use")) +
-                         fm.height() * 3);
+    panel->setFixedWidth(panelWidth);
     return panel;
 }
 
@@ -275,7 +281,7 @@ void DesignExplorer::fitToScreen() {
     // With a scroll bar's width to spare, so that a scroll bar down does not bring one across.
     const QSize least = findChild<QScrollArea*>()->widget()->minimumSizeHint() +
                         QSize(style()->pixelMetric(QStyle::PM_ScrollBarExtent), 0);
-    QSize size = QSize(fm.averageCharWidth() * 170, fm.lineSpacing() * 46).expandedTo(least);
+    QSize size = QSize(fm.averageCharWidth() * 200, fm.lineSpacing() * 54).expandedTo(least);
     if (const QScreen* screen = parentWidget() ? parentWidget()->screen() : this->screen()) {
         // Room for the window's frame and title bar.
         const QSize available = screen->availableGeometry().size() - QSize(16, 48);

@@ -84,6 +84,7 @@ private:
     rainfold::ExploreCriterion criterion() const;
     QString pointText(QPointF value) const;
     QString bothRunoffs(double diameter, double depth) const;
+    static QString LongestAnswer(); // the longest text an answer can have, for its room
 
     void copyPicture();
     void savePicture(bool pdf);

@@ -40,7 +40,34 @@ QPointF Rounded(QPointF value, ExploreAxis axis) {
     return QPointF(tenths / 10, hundredths / 100);
 }
 
+// On the storage axis the answers keep the design's storage and depth per pass: storage is not a
+// field "Use" can write.
+QString StorageNote(std::optional<double> storage) {
+    return storage ? QStringLiteral("Storage is not a design field; at the design's %1 in: ")
+                         .arg(QString::fromStdString(PlainNumber(*storage)))
+                   : QStringLiteral("Storage is not a design field; at the design's along the "
+                                    "pivot: ");
+}
+
+QString DiameterAnswer(const QString& note, const QString& depth, const QString& diameter,
+                       const QString& packages, const QString& runoffs) {
+    const QString text = QStringLiteral("smallest wetted diameter for the target at %1 in per "
+                                        "pass: %2 ft (%3).\n%4")
+                             .arg(depth, diameter, packages, runoffs);
+    return note.isEmpty() ? text.left(1).toUpper() + text.mid(1) : note + text;
+}
+
 } // namespace
+
+QString DesignExplorer::LongestAnswer() {
+    std::string packages;
+    for (int tenths = 10; tenths <= 1500; ++tenths)
+        if (PackageClass(tenths / 10.0).size() > packages.size())
+            packages = PackageClass(tenths / 10.0);
+    return DiameterAnswer(StorageNote(0.31), QStringLiteral("0.25"), QStringLiteral("149.9"),
+                          QString::fromStdString(packages),
+                          QStringLiteral("100.0 % over the circle, 100.0 % at the outer end."));
+}
 
 // Both numbers an engineer weighs, at the design's own storage.
 QString DesignExplorer::bothRunoffs(double diameter, double depth) const {
@@ -69,23 +96,13 @@ void DesignExplorer::refreshAnswers() {
         const double depth = depthAxis ? selected_.y() : probe_->designDepth();
         const double diameter = selected_.x();
         const QString depthText = Fixed(depth, 2), diameterText = Fixed(diameter, 1);
-        QString at;
-        if (!depthAxis) {
-            const std::optional<double> storage = probe_->uniformStorage();
-            at = storage ? QStringLiteral("At the design's storage of %1 in (storage is not a "
-                                          "design field): ")
-                               .arg(QString::fromStdString(PlainNumber(*storage)))
-                         : QStringLiteral("At the design's storage along the pivot (storage is "
-                                          "not a design field): ");
-        }
+        const QString at = depthAxis ? QString() : StorageNote(probe_->uniformStorage());
         const ExploreCriterion by = criterion();
         if (const std::optional<double> D = SmallestWettedDiameter(*probe_, depth, *goal, by)) {
             diameterAnswer_.point = QPointF(*D, depth);
             diameterAnswer_.text =
-                at + QStringLiteral("smallest wetted diameter for the target at %1 in per pass: "
-                                    "%2 ft (%3).\n%4")
-                         .arg(depthText, Fixed(*D, 1), QString::fromStdString(PackageClass(*D)),
-                              bothRunoffs(*D, depth));
+                DiameterAnswer(at, depthText, Fixed(*D, 1),
+                               QString::fromStdString(PackageClass(*D)), bothRunoffs(*D, depth));
         } else {
             diameterAnswer_.text =
                 at + QStringLiteral("no wetted diameter from 1 to 150 ft meets the target at %1 in "
@@ -107,7 +124,7 @@ void DesignExplorer::refreshAnswers() {
         }
         if (at.isEmpty())
             for (Answer* a : {&diameterAnswer_, &depthAnswer_})
-                a->text[0] = a->text[0].toUpper();
+                a->text[0] = a->text[0].toUpper(); // a sentence of its own
     }
     lblDiameterAnswer->setText(diameterAnswer_.text);
     lblDepthAnswer->setText(depthAnswer_.text);
