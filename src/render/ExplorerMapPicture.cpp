@@ -242,7 +242,7 @@ ExplorerMapDrawn PaintExplorerMap(QPainter& p, const QRectF& area, const Explore
     if (!view.message.isEmpty())
         DrawMessage(p, plot, view.message);
     DrawAxes(p, layout, view.axis);
-    DrawDesign(p, plot, view);
+    drawn.designNote = DrawDesign(p, plot, view);
     if (view.selected && InRange(view.axis, view.selected->x(), view.selected->y()))
         DrawSelectedMark(p,
                          ExplorerPointOf(plot, view.axis, view.selected->x(), view.selected->y()));

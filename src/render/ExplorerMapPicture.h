@@ -57,6 +57,7 @@ struct ExplorerMapDrawn {
     std::vector<QString> contourLabels;
     std::vector<ExplorerBand> bands;
     QRectF plot;
+    QString designNote; // beside the arrow to a design off the map
 };
 
 // Draws the whole picture into `area`, whose size sets the layout (pixels of about 1/96 in).

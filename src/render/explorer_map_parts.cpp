@@ -307,7 +307,7 @@ void DrawSelectedMark(QPainter& p, const QPointF& c) {
     p.restore();
 }
 
-void DrawDesign(QPainter& p, const QRectF& plot, const ExplorerMapView& view) {
+QString DrawDesign(QPainter& p, const QRectF& plot, const ExplorerMapView& view) {
     p.save();
     p.setFont(Font(kLabelFont, true));
     const double x = XPixel(plot, view.designDiameter);
@@ -318,7 +318,7 @@ void DrawDesign(QPainter& p, const QRectF& plot, const ExplorerMapView& view) {
             DrawDesignMark(p, at);
             HaloText(p, at + QPointF(10, -8), QStringLiteral("design"));
             p.restore();
-            return;
+            return QString();
         }
     } else if (x >= plot.left() && x <= plot.right()) {
         // Storage that differs along the pivot has no single place on the storage axis.
@@ -326,7 +326,7 @@ void DrawDesign(QPainter& p, const QRectF& plot, const ExplorerMapView& view) {
         p.drawLine(QPointF(x, plot.top()), QPointF(x, plot.bottom()));
         HaloText(p, QPointF(x + 5, plot.top() + 16), QStringLiteral("design"));
         p.restore();
-        return;
+        return QString();
     }
     // Off the map: an arrow at the edge pointing where the design lies, and what it is.
     const QPointF tip(std::clamp(at.x(), plot.left() + 2, plot.right() - 2),
@@ -351,6 +351,7 @@ void DrawDesign(QPainter& p, const QRectF& plot, const ExplorerMapView& view) {
     corner.setY(std::clamp(corner.y(), plot.top() + 4, plot.bottom() - size.height() - 4));
     HaloText(p, corner + QPointF(0, fm.ascent()), text);
     p.restore();
+    return text;
 }
 
 void DrawLegend(QPainter& p, const Layout& layout, const ExplorerMapView& view) {

@@ -49,8 +49,9 @@ std::vector<ExplorerBand> Bands(const Layout& layout);
 void DrawBands(QPainter& p, const Layout& layout, const std::vector<ExplorerBand>& bands);
 void DrawAxes(QPainter& p, const Layout& layout, ExploreAxis axis);
 // The design's mark where it lies on the map, a dashed line at its diameter when its storage
-// has no single place, or an arrow at the edge towards a design off the map.
-void DrawDesign(QPainter& p, const QRectF& plot, const ExplorerMapView& view);
+// has no single place, or an arrow at the edge towards a design off the map; returns the note
+// beside the arrow.
+QString DrawDesign(QPainter& p, const QRectF& plot, const ExplorerMapView& view);
 void DrawDesignMark(QPainter& p, const QPointF& centre);
 void DrawSelectedMark(QPainter& p, const QPointF& centre);
 void DrawLegend(QPainter& p, const Layout& layout, const ExplorerMapView& view);

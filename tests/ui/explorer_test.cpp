@@ -243,6 +243,7 @@ private slots:
         render::ExplorerMapView view;
         view.map = &map;
         view.targetPct = 3;
+        view.designDiameter = 40, view.designY = 1;
         const QSize least = ExplorerMapWidget().minimumSize();
         QImage image(least, QImage::Format_ARGB32);
         QPainter painter(&image);
@@ -253,6 +254,10 @@ private slots:
             labels << label.chopped(2);
         levels.prepend(QStringLiteral("3"));
         QCOMPARE(labels, levels);
+        QCOMPARE(drawn.designNote, QString()); // on the map: its mark, no arrow
+        view.designY = 4, view.designText = QStringLiteral("40 ft, 4 in per pass");
+        QCOMPARE(render::PaintExplorerMap(painter, QRectF(image.rect()), view).designNote,
+                 QStringLiteral("design off the map: 40 ft, 4 in per pass"));
 
         const QRectF plot = drawn.plot;
         const auto x = [&](double ft) {
