@@ -45,8 +45,8 @@ QPointF Rounded(QPointF value, ExploreAxis axis) {
 QString StorageNote(std::optional<double> storage) {
     return storage ? QStringLiteral("Storage is not a design field; at the design's %1 in: ")
                          .arg(QString::fromStdString(PlainNumber(*storage)))
-                   : QStringLiteral("Storage is not a design field; at the design's along the "
-                                    "pivot: ");
+                   : QStringLiteral("Storage is not a design field; at the design's own "
+                                    "storage along the pivot: ");
 }
 
 QString DiameterAnswer(const QString& note, const QString& depth, const QString& diameter,
