@@ -1,5 +1,6 @@
-// Time of the design explorer's work: a 60 x 40 map on every core, and each of the two answers,
-// for an intake-family design and for the same design under Green-Ampt.
+// Time of the design explorer's work: a 60 x 40 map on every core (weighted average or outer
+// end), and each of the two answers, for an intake-family design and for the same design under
+// Green-Ampt.
 
 #include "design_file.h"
 #include "explore.h"
@@ -27,12 +28,14 @@ std::optional<rainfold::RunoffProbe> Probe(benchmark::State& state, bool greenAm
     return probe;
 }
 
-void Map(benchmark::State& state, bool greenAmpt, rainfold::ExploreAxis axis) {
+void Map(benchmark::State& state, bool greenAmpt, rainfold::ExploreAxis axis,
+         rainfold::ExploreCriterion criterion = rainfold::ExploreCriterion::Average) {
     const auto probe = Probe(state, greenAmpt);
     if (!probe)
         return;
     for (auto _ : state) {
-        const rainfold::ExploreMap map = rainfold::ComputeExploreMap(*probe, axis, 60, 40);
+        const rainfold::ExploreMap map =
+            rainfold::ComputeExploreMap(*probe, axis, criterion, 60, 40);
         if (map.faults)
             state.SkipWithError(map.firstFault.c_str());
         benchmark::DoNotOptimize(map);
@@ -73,6 +76,10 @@ RAINFOLD_BENCH_REPEATED(Map, intake_depth, false, rainfold::ExploreAxis::Depth);
 RAINFOLD_BENCH_REPEATED(Map, intake_storage, false, rainfold::ExploreAxis::Storage);
 RAINFOLD_BENCH_REPEATED(Map, green_ampt_depth, true, rainfold::ExploreAxis::Depth);
 RAINFOLD_BENCH_REPEATED(Map, green_ampt_storage, true, rainfold::ExploreAxis::Storage);
+RAINFOLD_BENCH_REPEATED(Map, intake_outer_end, false, rainfold::ExploreAxis::Depth,
+                        rainfold::ExploreCriterion::OuterEnd);
+RAINFOLD_BENCH_REPEATED(Map, green_ampt_outer_end, true, rainfold::ExploreAxis::Depth,
+                        rainfold::ExploreCriterion::OuterEnd);
 // Each iteration answers twice; the time per answer is half the time shown.
 RAINFOLD_BENCH_REPEATED(SmallestDiameter, intake_two_targets, false);
 RAINFOLD_BENCH_REPEATED(SmallestDiameter, green_ampt_two_targets, true);

@@ -2,10 +2,16 @@
 
 #include "explore.h"
 #include "file_output.h"
+#include "format.h"
 #include "json_text.h"
 
+#include <chrono>
 #include <cmath>
+#include <condition_variable>
+#include <iostream>
 #include <memory>
+#include <mutex>
+#include <thread>
 
 namespace rainfold::cli {
 
@@ -15,7 +21,17 @@ std::optional<double> Finite(double x) {
     return std::isfinite(x) ? std::optional<double>(x) : std::nullopt;
 }
 
-Json MapJson(const ExploreMap& map, double target, double diameter, double depth, double current,
+const char* CriterionName(ExploreCriterion criterion) {
+    return criterion == ExploreCriterion::OuterEnd ? "outer-end" : "average";
+}
+
+// The design as it stands: its weighted average (the results page's middle box) and its outer
+// end (the grid's last row at the entered capacity).
+struct Current {
+    double diameter = 0, depth = 0, average = 0, outerEnd = 0;
+};
+
+Json MapJson(const ExploreMap& map, double target, const Current& current,
              const std::optional<double>& minDiameter, const std::optional<double>& maxDepth) {
     Json doc;
     doc["status"] = "ok";
@@ -37,13 +53,61 @@ Json MapJson(const ExploreMap& map, double target, double diameter, double depth
     doc["yValues"] = ys;
     doc["runoff"] = runoff;
     doc["target"] = JsonNumber(target);
-    doc["current"] = {{"wettedDiameter", JsonNumber(diameter)},
-                      {"depth", JsonNumber(depth)},
-                      {"runoff", JsonNumber(current)}};
+    doc["criterion"] = CriterionName(map.criterion);
+    doc["current"] = {{"wettedDiameter", JsonNumber(current.diameter)},
+                      {"depth", JsonNumber(current.depth)},
+                      {"runoff", JsonNumber(current.average)},
+                      {"outerEnd", JsonNumber(current.outerEnd)}};
     doc["minWettedDiameter"] = JsonNumber(minDiameter);
     doc["maxDepth"] = JsonNumber(maxDepth);
     return doc;
 }
+
+// How far a long map has got, on standard error when that is a terminal: nothing for the first
+// second, then one line rewritten in place a few times a second, ended when the map is done.
+class ProgressLine {
+public:
+    ProgressLine(const ExploreProgress& progress, int total) : progress_(progress), total_(total) {
+        if (isatty(STDERR_FILENO))
+            thread_ = std::thread([this] { run(); });
+    }
+    ~ProgressLine() {
+        if (!thread_.joinable())
+            return;
+        {
+            const std::lock_guard<std::mutex> lock(mutex_);
+            done_ = true;
+        }
+        wake_.notify_one();
+        thread_.join();
+    }
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+
+private:
+    void run() {
+        std::unique_lock<std::mutex> lock(mutex_);
+        if (wake_.wait_for(lock, std::chrono::seconds(1), [this] { return done_; }))
+            return;
+        do
+            show();
+        while (!wake_.wait_for(lock, std::chrono::milliseconds(250), [this] { return done_; }));
+        show();
+        std::cerr << std::endl;
+    }
+    void show() const {
+        const int done = progress_.done;
+        std::cerr << "\rrainfold-cli explore: " << done << " of " << total_ << " points ("
+                  << 100LL * done / total_ << " %)" << std::flush;
+    }
+
+    const ExploreProgress& progress_;
+    const int total_;
+    std::mutex mutex_;
+    std::condition_variable wake_;
+    bool done_ = false;
+    std::thread thread_;
+};
 
 } // namespace
 
@@ -65,15 +129,23 @@ int RunExplore(const ExploreOptions& options, const CommandOutput& output,
     const std::optional<RunoffProbe> probe = RunoffProbe::Make(design, message);
     if (!probe)
         return output.Fail(kExitFault, message);
-    double current = 0;
+    Current current{probe->designDiameter(), probe->designDepth()};
     try {
-        current = probe->WeightedAverage(probe->designDiameter(), probe->designDepth());
+        current.average = probe->WeightedAverage(current.diameter, current.depth);
+        current.outerEnd = probe->OuterEnd(current.diameter, current.depth);
     } catch (const std::exception& e) {
         return output.Fail(kExitFault, e.what());
     }
 
     const ExploreAxis axis = options.y == "storage" ? ExploreAxis::Storage : ExploreAxis::Depth;
-    const ExploreMap map = ComputeExploreMap(*probe, axis, options.columns, options.rows);
+    const ExploreCriterion criterion =
+        options.criterion == "outer-end" ? ExploreCriterion::OuterEnd : ExploreCriterion::Average;
+    ExploreProgress progress;
+    ExploreMap map;
+    {
+        const ProgressLine line(progress, options.columns * options.rows);
+        map = ComputeExploreMap(*probe, axis, criterion, options.columns, options.rows, &progress);
+    }
     if (map.faults > 0)
         output.Notice(std::to_string(map.faults) + " points have no result: " + map.firstFault);
     if (map.notices > 0)
@@ -81,16 +153,14 @@ int RunExplore(const ExploreOptions& options, const CommandOutput& output,
                       " times; those points carry its last estimate.");
 
     if (options.csv)
-        return output.Write(ExploreMapCsv(map));
+        return output.Write(ExploreMapCsv(map, ExploreFactsOf(design, *probe, criterion)));
     if (output.json) {
         const std::optional<double> minDiameter =
-            SmallestWettedDiameter(*probe, probe->designDepth(), options.target);
+            SmallestWettedDiameter(*probe, current.depth, options.target, criterion);
         const std::optional<double> maxDepth =
-            LargestDepth(*probe, probe->designDiameter(), options.target);
-        return output.Write(
-            JsonText(MapJson(map, options.target, probe->designDiameter(), probe->designDepth(),
-                             current, minDiameter, maxDepth)) +
-            "\n");
+            LargestDepth(*probe, current.diameter, options.target, criterion);
+        return output.Write(JsonText(MapJson(map, options.target, current, minDiameter, maxDepth)) +
+                            "\n");
     }
     if (!picture)
         return output.Usage("this build draws no pictures");
@@ -101,14 +171,30 @@ void AddExploreCommand(CLI::App& app, int& exitCode, const ExplorePicture& pictu
     auto options = std::make_shared<ExploreOptions>();
     auto output = std::make_shared<CommandOutput>("explore");
     CLI::App* command = app.add_subcommand(
-        output->command(), "the weighted-average runoff of the entered capacity over wetted "
-                           "diameter and depth per pass (or storage), and the answers for a "
-                           "runoff target");
+        output->command(), "the runoff of the entered capacity (weighted over the circle or at the "
+                           "outer end) over wetted diameter and depth per pass (or storage), and "
+                           "the answers for a runoff target");
     AddDesignFileArgument(*command, options->file);
     AddGreenAmptOption(*command, options->greenAmpt);
-    command->add_option("--target", options->target, "runoff target, percent (default 0)")
-        ->check(CLI::Range(0.0, 100.0).description(""))
+    // Read here, with a point, as every number of the program: no "nan", "inf" or "0x10".
+    const CLI::Validator percent(
+        [options](std::string& text) {
+            double value = 0;
+            if (!ParseDecimal(text, value) || !(value >= 0 && value <= 100))
+                return text + " is not a number from 0 to 100";
+            options->target = value;
+            return std::string();
+        },
+        "");
+    command->add_option("--target", "runoff target, percent (default 0)")
+        ->check(percent)
         ->type_name("T");
+    command
+        ->add_option("--criterion", options->criterion,
+                     "what the target applies to: the weighted average over the circle (default) "
+                     "or the outer end of the pivot")
+        ->check(CLI::IsMember({"average", "outer-end"}).description(""))
+        ->type_name("average|outer-end");
     command
         ->add_option("--y", options->y,
                      "y axis: depth per pass (default) or surface storage on every segment")
@@ -121,7 +207,8 @@ void AddExploreCommand(CLI::App& app, int& exitCode, const ExplorePicture& pictu
         ->check(CLI::Range(2, 1000).description(""))
         ->type_name("M");
     AddJsonOption(*command, *output, "print the map and the answers as one JSON object");
-    command->add_flag("--csv", options->csv, "print the map as CSV: a header row of diameters");
+    command->add_flag("--csv", options->csv,
+                      "print the map as CSV: the design's facts, then a header row of diameters");
     if (picture) {
         command->add_option("--png", options->png, "draw the map as the window does, to a PNG file")
             ->type_name("OUT.png");

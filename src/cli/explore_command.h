@@ -15,8 +15,9 @@ namespace rainfold::cli {
 struct ExploreOptions {
     std::string file;
     bool greenAmpt = false;
-    double target = 0;       // runoff target, percent
-    std::string y = "depth"; // "depth" or "storage"
+    double target = 0;                 // runoff target, percent
+    std::string y = "depth";           // "depth" or "storage"
+    std::string criterion = "average"; // what the target applies to: "average" or "outer-end"
     int columns = 60;
     int rows = 40;
     std::string png; // picture of the map, when named
@@ -36,8 +37,8 @@ using ExplorePicture =
 int RunExplore(const ExploreOptions& options, const CommandOutput& output,
                const ExplorePicture& picture);
 
-// rainfold-cli explore FILE.rfd [--green-ampt] [--target T] [--y depth|storage] [--columns N]
-//     [--rows M] (--json | --csv | --png OUT | --pdf OUT)
+// rainfold-cli explore FILE.rfd [--green-ampt] [--target T] [--criterion average|outer-end]
+//     [--y depth|storage] [--columns N] [--rows M] (--json | --csv | --png OUT | --pdf OUT)
 void AddExploreCommand(CLI::App& app, int& exitCode, const ExplorePicture& picture = {});
 
 } // namespace rainfold::cli

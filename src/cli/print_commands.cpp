@@ -132,9 +132,11 @@ int WriteExplorePicture(const ExploreOptions& options, const CommandOutput& outp
                         const DesignRecord& design, const RunoffProbe& probe,
                         const ExploreMap& map) {
     const auto app = StartApplication();
-    render::ExplorerMapView view = render::MapViewFor(design, probe, map.axis, options.target);
+    render::ExplorerMapView view =
+        render::MapViewFor(design, probe, map.axis, map.criterion, options.target);
     view.map = &map;
-    // The window's picture at the size it has by default.
+    view.facts = ExploreFactsOf(design, probe, map.criterion);
+    // The window's picture at the size it has by default, with the title block of a saved picture.
     const QSize size(render::kExplorerPictureWidth, render::kExplorerPictureHeight);
     const bool pdf = !options.pdf.empty();
     const std::string& file = pdf ? options.pdf : options.png;

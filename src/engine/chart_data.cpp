@@ -92,7 +92,9 @@ ChartOutcome BuildChart(const DesignRecord& design, const Results& res, const Ch
             const double tp = Read(res.GAVarTs.at(c, p, 1));
             ponds = tp > 0;
             tMarker = tp;
-            const double Fp = AppliedDepth(tp, T, slope, S, EndOfPass::FullEllipse);
+            // Nothing has arrived at the first wetting, where the arcsine form of the applied
+            // depth would divide by zero: a position that never ponds has no ponding depth.
+            const double Fp = ponds ? AppliedDepth(tp, T, slope, S, EndOfPass::FullEllipse) : 0.0;
             const auto Fpot = [=](double t) {
                 return PotentialInfiltration(GreenAmptModel::Varying, soil, tp, Fp, t, notify);
             };

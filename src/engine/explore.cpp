@@ -19,6 +19,7 @@ namespace {
 
 constexpr int kCapacityAsEntered = 2;
 constexpr int kAveragedPositions[] = {1, 3, 5, 7, 9};
+constexpr int kOuterEnd = 10;
 constexpr double kMmPerInch = 25.4;
 
 // Runs f, turning the faults the computation can raise into a message.
@@ -94,33 +95,62 @@ std::optional<RunoffProbe> RunoffProbe::Make(const DesignRecord& design, std::st
     return probe;
 }
 
-double RunoffProbe::WeightedAverage(double diameterFt, double depthIn,
-                                    std::optional<double> storageIn, const Notify& notify) const {
+PositionInputs RunoffProbe::positionAt(double diameterFt, double depthIn, int position) const {
     EngineInputs in = base_;
     in.R = Checked(WettedRadius(diameterFt));
     in.d = Checked(DepthMm(depthIn));
-    const double uniform = storageIn ? DepthMm(*storageIn) : 0.0;
+    return PositionOf(in, kCapacityAsEntered, position);
+}
 
+double RunoffProbe::storageAt(int position, std::optional<double> storageIn) const {
+    return storageIn ? DepthMm(*storageIn) : storage_[static_cast<size_t>(position)];
+}
+
+double RunoffProbe::WeightedAverage(double diameterFt, double depthIn,
+                                    std::optional<double> storageIn, const Notify& notify) const {
     // Only the five middle positions enter the average; the arrays keep the page's arithmetic.
     SlotArray intake;
     GreenArray green;
     for (int p : kAveragedPositions) {
-        PositionInputs pos = PositionOf(in, kCapacityAsEntered, p);
-        const double SS = storageIn ? uniform : storage_[static_cast<size_t>(p)];
+        const double SS = storageAt(p, storageIn);
         IntakePosition found;
-        ComputeIntakePosition(pos, K_, N_, SS, found);
+        ComputeIntakePosition(positionAt(diameterFt, depthIn, p), K_, N_, SS, found);
         if (green_)
             green.at(kCapacityAsEntered, p, 1) =
                 GreenAmpt(GreenAmptModel::Constant, soil_, found.peakRate, found.halfTime, SS,
-                          notify)
+                          notify, false)
                     .pctRunoff;
         else
             intake.at(kCapacityAsEntered, p, slot_) = found.pctRunoff;
     }
     const std::optional<double> average =
-        green_ ? rainfold::WeightedAverage(green, in.L, kCapacityAsEntered)
-               : rainfold::WeightedAverage(intake, in.L, kCapacityAsEntered, slot_);
+        green_ ? rainfold::WeightedAverage(green, base_.L, kCapacityAsEntered)
+               : rainfold::WeightedAverage(intake, base_.L, kCapacityAsEntered, slot_);
     return average.value_or(0.0); // every averaged position is written above
+}
+
+double RunoffProbe::OuterEnd(double diameterFt, double depthIn, std::optional<double> storageIn,
+                             const Notify& notify) const {
+    const double SS = storageAt(kOuterEnd, storageIn);
+    IntakePosition found;
+    ComputeIntakePosition(positionAt(diameterFt, depthIn, kOuterEnd), K_, N_, SS, found);
+    if (!green_)
+        return found.pctRunoff;
+    // The grid shows the varying water content's runoff, the average the constant one's.
+    return GreenAmpt(GreenAmptModel::Varying, soil_, found.peakRate, found.halfTime, SS, notify,
+                     false)
+        .pctRunoff;
+}
+
+double RunoffProbe::Runoff(ExploreCriterion criterion, double diameterFt, double depthIn,
+                           std::optional<double> storageIn, const Notify& notify) const {
+    return criterion == ExploreCriterion::OuterEnd
+               ? OuterEnd(diameterFt, depthIn, storageIn, notify)
+               : WeightedAverage(diameterFt, depthIn, storageIn, notify);
+}
+
+double RunoffProbe::segmentStorage(int segment) const {
+    return storage_.at(static_cast<size_t>(segment)) / kMmPerInch;
 }
 
 std::optional<double> RunoffProbe::uniformStorage() const {
@@ -144,31 +174,11 @@ ExploreValue FastWeightedAverage(const DesignRecord& design, const Notify& notif
     return out;
 }
 
-std::vector<double> ExploreXValues(int columns) {
-    std::vector<double> x(static_cast<size_t>(std::max(columns, 2)));
-    const double span = std::log(kExploreMaxDiameter / kExploreMinDiameter);
-    for (size_t i = 0; i < x.size(); ++i)
-        x[i] = kExploreMinDiameter *
-               std::exp(span * static_cast<double>(i) / static_cast<double>(x.size() - 1));
-    x.front() = kExploreMinDiameter;
-    x.back() = kExploreMaxDiameter;
-    return x;
-}
-
-std::vector<double> ExploreYValues(ExploreAxis axis, int rows) {
-    const double lo = axis == ExploreAxis::Depth ? kExploreMinDepth : kExploreMinStorage;
-    const double hi = axis == ExploreAxis::Depth ? kExploreMaxDepth : kExploreMaxStorage;
-    std::vector<double> y(static_cast<size_t>(std::max(rows, 2)));
-    for (size_t j = 0; j < y.size(); ++j)
-        y[j] = lo + (hi - lo) * static_cast<double>(j) / static_cast<double>(y.size() - 1);
-    y.back() = hi;
-    return y;
-}
-
-ExploreMap ComputeExploreMap(const RunoffProbe& probe, ExploreAxis axis, int columns, int rows,
-                             ExploreProgress* progress, int threads) {
+ExploreMap ComputeExploreMap(const RunoffProbe& probe, ExploreAxis axis, ExploreCriterion criterion,
+                             int columns, int rows, ExploreProgress* progress, int threads) {
     ExploreMap map;
     map.axis = axis;
+    map.criterion = criterion;
     map.xValues = ExploreXValues(columns);
     map.yValues = ExploreYValues(axis, rows);
     const int nx = static_cast<int>(map.xValues.size());
@@ -194,8 +204,8 @@ ExploreMap ComputeExploreMap(const RunoffProbe& probe, ExploreAxis axis, int col
                 [&] {
                     map.runoff[row][column] =
                         axis == ExploreAxis::Depth
-                            ? probe.WeightedAverage(x, y, std::nullopt, notify)
-                            : probe.WeightedAverage(x, probe.designDepth(), y, notify);
+                            ? probe.Runoff(criterion, x, y, std::nullopt, notify)
+                            : probe.Runoff(criterion, x, probe.designDepth(), y, notify);
                 },
                 fault);
             if (!ok) {
@@ -222,10 +232,10 @@ ExploreMap ComputeExploreMap(const RunoffProbe& probe, ExploreAxis axis, int col
 }
 
 std::optional<double> SmallestWettedDiameter(const RunoffProbe& probe, double depthIn,
-                                             double targetPct) {
+                                             double targetPct, ExploreCriterion criterion) {
     // Steps of 0.1 ft as tenths, so that every diameter tried is the one its text reads as.
     const auto meets = [&](int tenths) {
-        return Meets([&] { return probe.WeightedAverage(tenths / 10.0, depthIn); }, targetPct);
+        return Meets([&] { return probe.Runoff(criterion, tenths / 10.0, depthIn); }, targetPct);
     };
     int fails = static_cast<int>(kExploreMinDiameter * 10),
         passes = static_cast<int>(kExploreMaxDiameter * 10);
@@ -241,9 +251,10 @@ std::optional<double> SmallestWettedDiameter(const RunoffProbe& probe, double de
     return passes / 10.0;
 }
 
-std::optional<double> LargestDepth(const RunoffProbe& probe, double diameterFt, double targetPct) {
+std::optional<double> LargestDepth(const RunoffProbe& probe, double diameterFt, double targetPct,
+                                   ExploreCriterion criterion) {
     const auto meets = [&](int hundredths) {
-        return Meets([&] { return probe.WeightedAverage(diameterFt, hundredths / 100.0); },
+        return Meets([&] { return probe.Runoff(criterion, diameterFt, hundredths / 100.0); },
                      targetPct);
     };
     int passes = static_cast<int>(kExploreMinDepth * 100),
@@ -258,49 +269,6 @@ std::optional<double> LargestDepth(const RunoffProbe& probe, double diameterFt, 
         (meets(mid) ? passes : fails) = mid;
     }
     return passes / 100.0;
-}
-
-const std::array<SprinklerPackage, 9> kSprinklerPackages = {{
-    {"Ultra Low Pressure (LEPA Bubble Mode)", "LEPA bubble", 1, 2},
-    {"Ultra Low Pressure (LEPA Spray Mode)", "LEPA spray", 12, 18},
-    {"Low Pressure Spray (180 Degrees)", "Spray 180\xC2\xB0", 16, 20},
-    {"Low Pressure Spray on Drop Tube", "Spray, drops", 20, 30},
-    {"Low Pressure Spray on Pipeline", "Spray, pipeline", 30, 40},
-    {"Low Pressure w/Rotators", "Rotators", 50, 60},
-    {"Low Pressure Impact", "LP impact", 60, 70},
-    {"Medium Pressure Impact", "MP impact", 70, 90},
-    {"High Pressure Impact (Variable Spacing)", "HP impact", 80, 110},
-}};
-
-std::string PackageClass(double diameterFt) {
-    std::string within;
-    const SprinklerPackage* below = nullptr;
-    const SprinklerPackage* above = nullptr;
-    for (const SprinklerPackage& p : kSprinklerPackages) {
-        if (diameterFt >= p.low && diameterFt <= p.high)
-            within += (within.empty() ? "" : " or ") + std::string(p.name);
-        if (p.high < diameterFt && (!below || p.high > below->high))
-            below = &p;
-        if (p.low > diameterFt && (!above || p.low < above->low))
-            above = &p;
-    }
-    if (!within.empty())
-        return within;
-    if (below && above)
-        return std::string("between ") + below->name + " and " + above->name;
-    if (below)
-        return std::string("larger than ") + below->name;
-    return above ? std::string("smaller than ") + above->name : std::string();
-}
-
-std::string ExactText(double x) {
-    for (int decimals = 0; decimals <= 20; ++decimals) {
-        const std::string text = FixedText(x, decimals);
-        double back = 0;
-        if (ParseDecimal(text, back) && back == x)
-            return text;
-    }
-    return SignificantText(x, 17);
 }
 
 DesignRecord DesignAt(const DesignRecord& design, ExploreAxis axis, double diameterFt, double y) {
@@ -338,68 +306,6 @@ PivotProfile ComputePivotProfile(const DesignRecord& design, const Notify& notif
     for (int i = 1; i <= 10; ++i)
         out.distanceFt[static_cast<size_t>(i - 1)] = i * 0.1 * in.L / 0.3048;
     out.ok = true;
-    return out;
-}
-
-std::vector<ContourSegment> Contour(const ExploreMap& map, double level) {
-    std::vector<ContourSegment> out;
-    const size_t nx = map.xValues.size(), ny = map.yValues.size();
-    for (size_t r = 0; r + 1 < ny; ++r) {
-        for (size_t c = 0; c + 1 < nx; ++c) {
-            // Corners counter-clockwise from (c, r); the edge k runs from corner k to k + 1.
-            const double cx[] = {0, 1, 1, 0}, ry[] = {0, 0, 1, 1};
-            double v[4];
-            bool above[4], skip = false;
-            for (int k = 0; k < 4; ++k) {
-                v[k] = map.runoff[r + static_cast<size_t>(ry[k])][c + static_cast<size_t>(cx[k])];
-                skip = skip || std::isnan(v[k]);
-                above[k] = v[k] > level;
-            }
-            if (skip)
-                continue;
-            double px[4], py[4];
-            int crossings[4], n = 0;
-            for (int k = 0; k < 4; ++k) {
-                const int e = (k + 1) % 4;
-                if (above[k] == above[e])
-                    continue;
-                const double t =
-                    level == 0 ? 0.5 : std::clamp((level - v[k]) / (v[e] - v[k]), 0.0, 1.0);
-                px[k] = static_cast<double>(c) + cx[k] + t * (cx[e] - cx[k]);
-                py[k] = static_cast<double>(r) + ry[k] + t * (ry[e] - ry[k]);
-                crossings[n++] = k;
-            }
-            const auto add = [&](int a, int b) { out.push_back({px[a], py[a], px[b], py[b]}); };
-            if (n == 2) {
-                add(crossings[0], crossings[1]);
-            } else if (n == 4) {
-                // A saddle: the centre decides which pair of opposite corners is joined.
-                const bool centre = (v[0] + v[1] + v[2] + v[3]) / 4 > level;
-                if (centre == above[0]) {
-                    add(0, 1); // cuts off corner 1
-                    add(2, 3); // cuts off corner 3
-                } else {
-                    add(3, 0); // cuts off corner 0
-                    add(1, 2); // cuts off corner 2
-                }
-            }
-        }
-    }
-    return out;
-}
-
-std::string ExploreMapCsv(const ExploreMap& map) {
-    std::string out = map.axis == ExploreAxis::Depth ? "Depth per pass (in)" : "Storage (in)";
-    out += " \\ Wetted diameter (ft)";
-    for (double x : map.xValues)
-        out += "," + ExactText(x);
-    out += "\r\n";
-    for (size_t row = 0; row < map.yValues.size(); ++row) {
-        out += ExactText(map.yValues[row]);
-        for (double v : map.runoff[row])
-            out += "," + (std::isfinite(v) ? ExactText(v) : std::string());
-        out += "\r\n";
-    }
     return out;
 }
 

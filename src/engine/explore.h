@@ -1,7 +1,8 @@
 #pragma once
-// The design explorer's engine: the weighted-average percent runoff of the entered capacity over
-// many wetted diameters and depths per pass (or surface storages), each value the very number the
-// results page shows for that design, and the two answers an engineer asks of it.
+// The design explorer's engine: the percent runoff of the entered capacity, weighted over the
+// circle or at the outer end of the pivot, over many wetted diameters and depths per pass (or
+// surface storages), each value the very number the results page shows for that design, and the
+// two answers an engineer asks of it.
 
 #include "calc.h"
 #include "design.h"
@@ -11,6 +12,7 @@
 #include <atomic>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace rainfold {
@@ -19,6 +21,12 @@ namespace rainfold {
 enum class ExploreAxis {
     Depth,   // depth per pass, in
     Storage, // surface storage on every segment, in
+};
+
+// Which runoff a target applies to.
+enum class ExploreCriterion {
+    Average,  // the weighted average over the circle: the results page's middle box
+    OuterEnd, // the outer end of the pivot, where the rate is highest: the grid's last row
 };
 
 // The ranges explored: the limits of the wetted-diameter and application-amount checks, and a
@@ -50,14 +58,29 @@ public:
     double WeightedAverage(double diameterFt, double depthIn,
                            std::optional<double> storageIn = std::nullopt,
                            const Notify& notify = {}) const;
+    // The percent runoff the results grid shows in its last row for the entered capacity (the
+    // varying water content's with the Green-Ampt model on), computed for that one position.
+    // Bit for bit the grid's number. Throws EngineFault.
+    double OuterEnd(double diameterFt, double depthIn,
+                    std::optional<double> storageIn = std::nullopt,
+                    const Notify& notify = {}) const;
+    // One of the two, as the criterion says.
+    double Runoff(ExploreCriterion criterion, double diameterFt, double depthIn,
+                  std::optional<double> storageIn = std::nullopt, const Notify& notify = {}) const;
 
     double designDiameter() const { return designDiameter_; } // ft, as typed
     double designDepth() const { return designDepth_; }       // in, as typed
     // The design's storage (in) when every segment holds the same, empty otherwise.
     std::optional<double> uniformStorage() const;
+    // The storage of segment 1..10, in.
+    double segmentStorage(int segment) const;
     bool greenAmpt() const { return green_; }
 
 private:
+    // The pattern and the intake-family computation of capacity case 2 at one position.
+    PositionInputs positionAt(double diameterFt, double depthIn, int position) const;
+    double storageAt(int position, std::optional<double> storageIn) const;
+
     EngineInputs base_;
     double K_ = 0, N_ = 0;
     int slot_ = 2;
@@ -80,8 +103,9 @@ ExploreValue FastWeightedAverage(const DesignRecord& design, const Notify& notif
 // computation of that point.
 struct ExploreMap {
     ExploreAxis axis = ExploreAxis::Depth;
-    std::vector<double> xValues; // wetted diameter, ft, evenly spaced on a logarithmic scale
-    std::vector<double> yValues; // depth or storage, in, evenly spaced
+    ExploreCriterion criterion = ExploreCriterion::Average;
+    std::vector<double> xValues; // wetted diameter, ft (ExploreXValues)
+    std::vector<double> yValues; // depth or storage, in (ExploreYValues)
     std::vector<std::vector<double>> runoff;
     int faults = 0;
     std::string firstFault;
@@ -89,6 +113,10 @@ struct ExploreMap {
     bool cancelled = false;
 };
 
+// The grid: wetted diameters evenly spaced on a logarithmic scale from 1 to 150 ft, and depths or
+// storages evenly spaced, the ends exact. Each value is rounded to as few significant digits (or
+// decimals) as keep it within a tenth of a step of its place, so that the grid reads as short
+// numbers (three digits for 60 columns) and its texts are exactly the values computed.
 std::vector<double> ExploreXValues(int columns);
 std::vector<double> ExploreYValues(ExploreAxis axis, int rows);
 
@@ -100,17 +128,20 @@ struct ExploreProgress {
 };
 
 // Computes every point on `threads` threads (0: one per core). Columns and rows at least 2.
-ExploreMap ComputeExploreMap(const RunoffProbe& probe, ExploreAxis axis, int columns, int rows,
-                             ExploreProgress* progress = nullptr, int threads = 0);
+ExploreMap ComputeExploreMap(const RunoffProbe& probe, ExploreAxis axis, ExploreCriterion criterion,
+                             int columns, int rows, ExploreProgress* progress = nullptr,
+                             int threads = 0);
 
 // The smallest wetted diameter (a multiple of 0.1 ft from 1 to 150) whose runoff at `depthIn`
 // meets the target (at most `targetPct`) while 0.1 ft less does not; empty when 150 ft does not
 // meet it. The design's own storage.
-std::optional<double> SmallestWettedDiameter(const RunoffProbe& probe, double depthIn,
-                                             double targetPct);
+std::optional<double>
+SmallestWettedDiameter(const RunoffProbe& probe, double depthIn, double targetPct,
+                       ExploreCriterion criterion = ExploreCriterion::Average);
 // The largest depth per pass (a multiple of 0.01 in from 0.25 to 3) that meets the target with
 // `diameterFt` while 0.01 in more does not; empty when 0.25 in does not meet it.
-std::optional<double> LargestDepth(const RunoffProbe& probe, double diameterFt, double targetPct);
+std::optional<double> LargestDepth(const RunoffProbe& probe, double diameterFt, double targetPct,
+                                   ExploreCriterion criterion = ExploreCriterion::Average);
 
 // The packages of the "Wetted Diameter" reference panel that have a range of diameters.
 struct SprinklerPackage {
@@ -152,8 +183,19 @@ struct ContourSegment {
 // fraction of the neighbour's. Squares with a faulted corner are left out.
 std::vector<ContourSegment> Contour(const ExploreMap& map, double levelPct);
 
-// The map as comma-separated values: a header row of wetted diameters, then one row per y value
-// starting with it; an empty field where a fault stopped the point.
-std::string ExploreMapCsv(const ExploreMap& map);
+// The soil the map is computed for, as the results page names it, with its parameters.
+std::string ExploreSoilText(const DesignRecord& design);
+
+// The job and the design a map belongs to, as (key, value) pairs in the order a title block
+// shows them: producer, location, designer, date, length, capacity, depth, wetted diameter,
+// soil, surface storage, and which runoff the map holds.
+using ExploreFacts = std::vector<std::pair<std::string, std::string>>;
+ExploreFacts ExploreFactsOf(const DesignRecord& design, const RunoffProbe& probe,
+                            ExploreCriterion criterion);
+
+// The map as comma-separated values: the facts as "key,value" rows, an empty row, a header row
+// of wetted diameters, then one row per y value starting with it; an empty field where a fault
+// stopped the point.
+std::string ExploreMapCsv(const ExploreMap& map, const ExploreFacts& facts);
 
 } // namespace rainfold

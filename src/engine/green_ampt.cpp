@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace rainfold {
@@ -33,10 +34,6 @@ double Applied(double t, double P, double H) {
     return AppliedDepth(t, H, Div(P, H), kPi / 2 * (H * H), EndOfPass::FullEllipse);
 }
 
-double Rate(double t, double P, double H) {
-    return ApplicationRate(t, H, Div(P, H));
-}
-
 EquationParams ToEquation(const std::vector<double>& params) {
     EquationParams p{};
     for (size_t i = 1; i < p.size() && i < params.size(); ++i)
@@ -48,16 +45,14 @@ EquationParams ToEquation(const std::vector<double>& params) {
 // lower bound, to the upper bound that holds whenever the deficit does not grow with depth.
 // A deficit that grows with depth (omega < 0) slows the front and can put the root above that
 // bound; the top is then pushed up until the equation changes sign.
-void InfiltrationBracket(const std::string& name, const std::vector<double>& params,
-                         const GreenAmptSoil& soil, bool deficitMayGrow, double t, double t0,
-                         double F0, double& x1, double& x2) {
+void InfiltrationBracket(const GreenAmptEquation& f, const GreenAmptSoil& soil, bool deficitMayGrow,
+                         double t, double t0, double F0, double& x1, double& x2) {
     const double delta = soil.Ks * (t - t0);
     x1 = F0 + delta;
     x2 = F0 + delta + Sqrt(2 * (soil.Hw * soil.dtheta0 + F0) * delta) + 1e-9;
     if (!deficitMayGrow)
         return;
-    const EquationParams p = ToEquation(params);
-    for (int n = 0; n < kMaxBracketWidening && EvalEquation(name, x2, p) < 0; ++n)
+    for (int n = 0; n < kMaxBracketWidening && f(x2) < 0; ++n)
         x2 = x1 + 2 * (x2 - x1);
 }
 
@@ -65,9 +60,11 @@ void InfiltrationBracket(const std::string& name, const std::vector<double>& par
 // pass ("FindF@Tf": t0, F0, tf, ...). The same equation with its parameters in another order.
 enum class FEquation { GivenT, AtEndOfPass };
 
-// F at t of a soil ponded since t0 with F0 taken in.
+// F at t of a soil ponded since t0 with F0 taken in: FindRoot's bisection of the named equation.
+// `settled` may end it early (see Bisect).
+template <class Settled = NeverSettled>
 double SolveInfiltration(FEquation eq, GreenAmptModel model, const GreenAmptSoil& soil, double t0,
-                         double F0, double t, const Notify& notify) {
+                         double F0, double t, const Notify& notify, const Settled& settled = {}) {
     const bool constant = model == GreenAmptModel::Constant;
     // A front already in the saturated part of the profile meets no suction: the soil takes in
     // Ks per hour. T has slope 1 there, so the root is the bracket's lower end itself, where the
@@ -77,15 +74,64 @@ double SolveInfiltration(FEquation eq, GreenAmptModel model, const GreenAmptSoil
     const bool givenT = eq == FEquation::GivenT;
     const std::string& name = givenT ? (constant ? kFindFGivenT : kFindFGivenTVarMC)
                                      : (constant ? kFindFAtTf : kFindFAtTfVarMC);
-    std::vector<double> params =
-        givenT ? std::vector<double>{0, t, t0, F0} : std::vector<double>{0, t0, F0, t};
-    params.insert(params.end(), {soil.Ks, soil.Hw, soil.dtheta0});
-    if (!constant)
-        params.push_back(soil.omega);
+    EquationParams params{0, t0, F0, t, soil.Ks, soil.Hw, soil.dtheta0, constant ? 0 : soil.omega};
+    if (givenT)
+        params[1] = t, params[2] = t0, params[3] = F0;
+    const GreenAmptEquation f(EquationNamed(name), params);
     double x1 = 0, x2 = 0;
-    InfiltrationBracket(name, params, soil, !constant && soil.omega < 0, t, t0, F0, x1, x2);
-    return FindRoot(name, x1, x2, kDepthAccuracy, params, notify);
+    InfiltrationBracket(f, soil, !constant && soil.omega < 0, t, t0, F0, x1, x2);
+    return Bisect(f, x1, x2, kDepthAccuracy, notify, settled);
 }
+
+// The capacity of the ponded soil for the end-of-ponding search. Most steps of the search lie far
+// from the end of ponding, where the capacity of every F the solve can still return stands on one
+// side of the application rate by more than the search's tolerance: the solve stops there, and
+// the search takes the very turn it would take at the root.
+struct PondedCapacity {
+    GreenAmptModel model;
+    const GreenAmptSoil& soil;
+    double tp, Fp;
+    const Notify& notify;
+    // The last F solved in full without a notice, and its time: the end of ponding is such a
+    // step, and the runoff needs F there again.
+    mutable std::optional<std::pair<double, double>> solved;
+
+    double operator()(double t) const {
+        return Capacity(model, soil,
+                        SolveInfiltration(FEquation::GivenT, model, soil, tp, Fp, t, notify));
+    }
+
+    RateOrder Order(double t, double a) const {
+        // Far beyond the rounding of either side: the capacity falls as F grows, and both are
+        // worked out in a few operations.
+        const double margin = kRateTolerance + 1e-9 * (1 + std::fabs(a));
+        std::optional<RateOrder> known;
+        const auto settled = [&](double lo, double hi) {
+            try {
+                if (Capacity(model, soil, hi) > a + margin)
+                    known = RateOrder::CapacityAbove;
+                else if (Capacity(model, soil, lo) < a - margin)
+                    known = RateOrder::CapacityBelow;
+            } catch (const EngineFault&) {
+                // Left to the full solve, which meets the fault where it always did.
+            }
+            return known.has_value();
+        };
+        bool noticed = false;
+        const Notify watched = [&](const std::string& message) {
+            noticed = true;
+            if (notify)
+                notify(message);
+        };
+        const double F =
+            SolveInfiltration(FEquation::GivenT, model, soil, tp, Fp, t, watched, settled);
+        if (known)
+            return *known;
+        if (!noticed)
+            solved = {t, F};
+        return OrderOf(a, Capacity(model, soil, F));
+    }
+};
 
 void CheckPattern(double P, double H) {
     Checked(P);
@@ -95,47 +141,79 @@ void CheckPattern(double P, double H) {
 
 } // namespace
 
-double EqFindTs(double t, const EquationParams& p) {
-    const double P = p[1], H = p[2], Ks = p[3], Hw = p[4], dtheta0 = p[5];
-    return Applied(t, P, H) * (Rate(t, P, H) - Ks) - Ks * Hw * dtheta0;
+GreenAmptEquation::GreenAmptEquation(EquationId id, const EquationParams& p) : id_(id), p_(p) {
+    switch (id) {
+    case EquationId::FindTs:
+    case EquationId::FindTsVarMC:
+    case EquationId::FindTAtSs2: {
+        // P and H; the slope is left to each evaluation where it is not a number, so that the
+        // fault comes where it always came.
+        const double P = p[1], H = p[2];
+        slopeDefined_ = H != 0.0 && std::isfinite(P / H);
+        slope_ = slopeDefined_ ? P / H : 0.0;
+        area_ = kPi / 2 * (H * H);
+        if (id == EquationId::FindTs)
+            fixedEnd_ = p[3] * p[4] * p[5];
+        else if (id == EquationId::FindTsVarMC)
+            soil_ = {p[3], p[4], p[5], p[6]};
+        break;
+    }
+    case EquationId::FindFAtTf:
+    case EquationId::FindFAtTfVarMC:
+    case EquationId::FindFGivenT:
+    case EquationId::FindFGivenTVarMC: {
+        // FindF@Tf: tp, Fp, tf, ...; FindFgivenT: t, t0, F0, ...: the fixed end and the two
+        // times in another order, then Ks, Hw, dtheta0 (and omega).
+        const bool atEnd = id == EquationId::FindFAtTf || id == EquationId::FindFAtTfVarMC;
+        const double t = atEnd ? p[3] : p[1], t0 = atEnd ? p[1] : p[2], F0 = p[2 + !atEnd];
+        const bool varying = id == EquationId::FindFAtTfVarMC || id == EquationId::FindFGivenTVarMC;
+        soil_ = {p[4], p[5], p[6], varying ? p[7] : 0.0};
+        fixedEnd_ = varying ? VarPondedTime(F0, soil_.Hw, soil_.dtheta0, soil_.omega)
+                            : ConstPondedTime(F0, soil_.Hw, soil_.dtheta0);
+        shift_ = soil_.Ks * (t - t0);
+        break;
+    }
+    case EquationId::Unknown:
+        break;
+    }
 }
 
-// zf(D) (a - Ks) - Ks Hw is zf (a - f(D)): the sign says whether the application outruns the
-// capacity. Once D passes F* the capacity is Ks; the weight of the difference stays at z*.
-double EqFindTsVarMC(double t, const EquationParams& p) {
-    const double P = p[1], H = p[2], Ks = p[3], Hw = p[4], dtheta0 = p[5], omega = p[6];
-    const double D = Applied(t, P, H);
-    const double a = Rate(t, P, H);
-    if (D > SaturatedInfiltration(dtheta0, omega))
-        return SaturatedDepth(dtheta0, omega) * (a - Ks);
-    return FrontDepth(D, dtheta0, omega) * (a - Ks) - Ks * Hw;
-}
-
-double EqFindFAtTf(double F, const EquationParams& p) {
-    const double tp = p[1], Fp = p[2], tf = p[3], Ks = p[4], Hw = p[5], dtheta0 = p[6];
-    return ConstPondedTime(F, Hw, dtheta0) - ConstPondedTime(Fp, Hw, dtheta0) - Ks * (tf - tp);
-}
-
-double EqFindFAtTfVarMC(double F, const EquationParams& p) {
-    const double tp = p[1], Fp = p[2], tf = p[3], Ks = p[4], Hw = p[5], dtheta0 = p[6],
-                 omega = p[7];
-    return VarPondedTime(F, Hw, dtheta0, omega) - VarPondedTime(Fp, Hw, dtheta0, omega) -
-           Ks * (tf - tp);
-}
-
-double EqFindTAtSs2(double t, const EquationParams& p) {
-    return Applied(t, p[1], p[2]) - p[3];
-}
-
-double EqFindFGivenT(double F, const EquationParams& p) {
-    const double t = p[1], t0 = p[2], F0 = p[3], Ks = p[4], Hw = p[5], dtheta0 = p[6];
-    return ConstPondedTime(F, Hw, dtheta0) - ConstPondedTime(F0, Hw, dtheta0) - Ks * (t - t0);
-}
-
-double EqFindFGivenTVarMC(double F, const EquationParams& p) {
-    const double t = p[1], t0 = p[2], F0 = p[3], Ks = p[4], Hw = p[5], dtheta0 = p[6], omega = p[7];
-    return VarPondedTime(F, Hw, dtheta0, omega) - VarPondedTime(F0, Hw, dtheta0, omega) -
-           Ks * (t - t0);
+double GreenAmptEquation::operator()(double x) const {
+    const double P = p_[1], H = p_[2];
+    const auto slope = [&] { return slopeDefined_ ? slope_ : Div(P, H); };
+    // D(t) under the whole ellipse. Nothing has arrived at or before the first wetting (the
+    // arcsine form would divide by zero there).
+    const auto applied = [&](double t) {
+        return t <= 0 ? 0.0 : AppliedDepth(t, H, slope(), area_, EndOfPass::FullEllipse);
+    };
+    const GreenAmptSoil& s = soil_;
+    switch (id_) {
+    case EquationId::FindTs: {
+        const double D = applied(x);
+        return D * (ApplicationRate(x, H, slope()) - p_[3]) - fixedEnd_;
+    }
+    case EquationId::FindTsVarMC: {
+        // zf(D) (a - Ks) - Ks Hw is zf (a - f(D)): the sign says whether the application outruns
+        // the capacity. Once D passes F* the capacity is Ks; the weight of the difference stays
+        // at z*.
+        const double D = applied(x);
+        const double a = ApplicationRate(x, H, slope());
+        if (D > SaturatedInfiltration(s.dtheta0, s.omega))
+            return SaturatedDepth(s.dtheta0, s.omega) * (a - s.Ks);
+        return FrontDepth(D, s.dtheta0, s.omega) * (a - s.Ks) - s.Ks * s.Hw;
+    }
+    case EquationId::FindTAtSs2:
+        return applied(x) - p_[3];
+    case EquationId::FindFAtTf:
+    case EquationId::FindFGivenT:
+        return ConstPondedTime(x, s.Hw, s.dtheta0) - fixedEnd_ - shift_;
+    case EquationId::FindFAtTfVarMC:
+    case EquationId::FindFGivenTVarMC:
+        return VarPondedTime(x, s.Hw, s.dtheta0, s.omega) - fixedEnd_ - shift_;
+    case EquationId::Unknown:
+        break;
+    }
+    return 0;
 }
 
 GreenAmptSoil GreenAmptSoilOf(const Results& results) {
@@ -165,8 +243,7 @@ std::optional<double> GreenAmptPondingTime(GreenAmptModel model, const GreenAmpt
     std::vector<double> params = {0, P, H, soil.Ks, soil.Hw, soil.dtheta0};
     if (!constant)
         params.push_back(soil.omega);
-    const EquationParams p = ToEquation(params);
-    const auto g = [&](double t) { return EvalEquation(name, t, p); };
+    const GreenAmptEquation g(EquationNamed(name), ToEquation(params));
 
     if (g(H) >= 0)
         return FindRoot(name, 0, H, kTimeAccuracy, params, notify);
@@ -189,7 +266,7 @@ double PotentialInfiltration(GreenAmptModel model, const GreenAmptSoil& soil, do
 }
 
 GreenAmptOutcome GreenAmpt(GreenAmptModel model, const GreenAmptSoil& soil, double P, double H,
-                           double SS, const Notify& notify) {
+                           double SS, const Notify& notify, bool infiltrationAtEnd) {
     CheckPattern(P, H);
     GreenAmptOutcome out;
     const double D2H = Applied(2 * H, P, H);
@@ -207,7 +284,7 @@ GreenAmptOutcome GreenAmpt(GreenAmptModel model, const GreenAmptSoil& soil, doub
     const auto Fpot = [&](double t) {
         return PotentialInfiltration(model, soil, tp, Fp, t, notify);
     };
-    const auto fc = [&](double t) { return Capacity(model, soil, Fpot(t)); };
+    const PondedCapacity fc{model, soil, tp, Fp, notify, std::nullopt};
     int status = kNotStarted;
     double te = SearchPondEnd(tp, H, Div(P, H), fc, status);
     // The application still outran the capacity at the last step inside the pass: the surface
@@ -216,11 +293,14 @@ GreenAmptOutcome GreenAmpt(GreenAmptModel model, const GreenAmptSoil& soil, doub
         te = 2 * H;
     out.te = te;
 
-    double runoff = Applied(te, P, H) - Fpot(te) - SS;
+    const bool solvedAtEnd = fc.solved && fc.solved->first == te;
+    double runoff = Applied(te, P, H) - (solvedAtEnd ? fc.solved->second : Fpot(te)) - SS;
     if (runoff <= 0)
         runoff = 0;
     out.runoff = runoff;
     out.pctRunoff = Div(100 * runoff, kPi / 2 * P * H);
+    if (!infiltrationAtEnd)
+        return out;
 
     const double FpotEnd =
         SolveInfiltration(FEquation::AtEndOfPass, model, soil, tp, Fp, 2 * H, notify);

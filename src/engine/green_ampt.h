@@ -12,14 +12,25 @@
 
 namespace rainfold {
 
-// Bodies of the Green-Ampt equations of the dispatcher (parameters as in EvalEquation).
-double EqFindTs(double t, const EquationParams& p);
-double EqFindTsVarMC(double t, const EquationParams& p);
-double EqFindFAtTf(double F, const EquationParams& p);
-double EqFindFAtTfVarMC(double F, const EquationParams& p);
-double EqFindTAtSs2(double t, const EquationParams& p);
-double EqFindFGivenT(double F, const EquationParams& p);
-double EqFindFGivenTVarMC(double F, const EquationParams& p);
+// One of the dispatcher's equations bound to its parameters (elements 1..7, as in
+// EvalEquation). A solve evaluates it dozens of times with the same parameters, so what does not
+// change with x is worked out once here: the ponded time at the bracket's fixed end, the shift
+// Ks (t - t0), the pattern's slope and area constant. Each value is bit for bit the one the
+// residual would give computed afresh.
+class GreenAmptEquation {
+public:
+    GreenAmptEquation(EquationId id, const EquationParams& p);
+    double operator()(double x) const;
+
+private:
+    EquationId id_;
+    EquationParams p_;
+    GreenAmptSoil soil_;
+    double fixedEnd_ = 0; // T at the fixed end of the F equations; Ks Hw (dtheta0) of FindTs
+    double shift_ = 0;    // Ks (t - t0) of the F equations
+    double slope_ = 0, area_ = 0; // P / H and (Pi / 2) H^2 of the pattern
+    bool slopeDefined_ = false;
+};
 
 // Both Green-Ampt computations (constant, then varying water content) for one capacity case and
 // position, reading PeakRate and HalfTime of the middle slot and writing the Green-Ampt arrays.
@@ -44,8 +55,9 @@ struct GreenAmptOutcome {
     double pctRunoff = 0; // percent of the whole pass's depth that runs off
     double F2H = 0;       // cumulative infiltration at the end of application, mm
 };
+// Without `infiltrationAtEnd` the computation stops at the runoff and F2H is left at 0.
 GreenAmptOutcome GreenAmpt(GreenAmptModel model, const GreenAmptSoil& soil, double P, double H,
-                           double SS, const Notify& notify);
+                           double SS, const Notify& notify, bool infiltrationAtEnd = true);
 
 // Time at which the surface saturates; empty when the position never ponds.
 std::optional<double> GreenAmptPondingTime(GreenAmptModel model, const GreenAmptSoil& soil,

@@ -38,6 +38,32 @@ void FindPondEnd(double dt, double t0, double H, double P, double K, double N, d
 inline constexpr int kMaxRefinements = 400;
 [[noreturn]] void ThrowSearchDidNotSettle();
 
+// How the ponded soil's capacity f stands against the application rate a, in the order the
+// end-of-ponding search tests it.
+enum class RateOrder {
+    Equal,         // a == f exactly
+    Close,         // within kRateTolerance
+    CapacityAbove, // f > a: the ponding has ended in this step
+    CapacityBelow, // f < a: still ponded
+};
+inline RateOrder OrderOf(double a, double f) {
+    if (a == f)
+        return RateOrder::Equal;
+    if (std::fabs(a - f) <= kRateTolerance)
+        return RateOrder::Close;
+    return f > a ? RateOrder::CapacityAbove : RateOrder::CapacityBelow;
+}
+
+// The order at t of a capacity given as fc(t), or of one that can tell its order without
+// working out the capacity to the last digit (a member Order(t, a)).
+template <class Capacity>
+auto OrderAt(const Capacity& fc, double t, double a, int) -> decltype(fc.Order(t, a)) {
+    return fc.Order(t, a);
+}
+template <class Capacity> RateOrder OrderAt(const Capacity& fc, double t, double a, long) {
+    return OrderOf(a, fc(t));
+}
+
 // One pass of the end-of-ponding search for any capacity fc(t) of the ponded soil.
 template <class Capacity>
 void PondEndPass(double dt, double t0, double H, double P, const Capacity& fc, int& i, double& t,
@@ -50,18 +76,18 @@ void PondEndPass(double dt, double t0, double H, double P, const Capacity& fc, i
         }
         const double under = 2 * t * H - t * t;
         const double a = P * std::sqrt(under < 0 ? 0.0 : under);
-        const double f = fc(t);
-        if (a == f) {
+        switch (OrderAt(fc, t, a, 0)) {
+        case RateOrder::Equal:
             status = kExactlyEqual;
             return;
-        }
-        if (std::fabs(a - f) <= kRateTolerance) {
+        case RateOrder::Close:
             status = kConverged;
             return;
-        }
-        if (f > a) {
+        case RateOrder::CapacityAbove:
             status = kCrossingInStep;
             return;
+        case RateOrder::CapacityBelow:
+            break;
         }
     }
     status = kNoCrossing;

@@ -61,8 +61,10 @@ check "no intake family is a check error" exits_with 2 compute "$work/no-family.
 design "$spray" 5 '"3500","800","1.0","40"' >"$work/long.rfd"
 check "excessive length is accepted" exits_with 0 compute "$work/long.rfd"
 check "and warned about" grep -qF "System length of  3500 feet is excessive." "$work/err"
-# The customised example leaves the conductivity blank: the Green-Ampt checks stop it.
-check "Green-Ampt inputs checked" exits_with 2 compute "$custom" --green-ampt
+# A blank conductivity leaves the Green-Ampt model undefined: the checks stop it.
+design "$custom" 19 '"","88.9","0.463","0.25","1000","0.0002"' >"$work/no-ks.rfd"
+check "Green-Ampt inputs checked" exits_with 2 compute "$work/no-ks.rfd" --green-ampt
+check "and named" grep -qF "Invalid saturated hydraulic conductivity." "$work/err"
 design "$custom" 7 '"0","-0.4"' >"$work/zero-k.rfd"
 check "customised K of 0 is a fault" exits_with 3 compute "$work/zero-k.rfd"
 check "fault message" grep -qF "K and N must not be 0 for Customized Values." "$work/out" "$work/err"

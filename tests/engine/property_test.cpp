@@ -153,16 +153,20 @@ TEST(Properties, RandomCheckedDesigns) {
             const double D = std::round(std::exp(logD(rng)) * 10) / 10;
             const double y = std::round((point == 1 ? depth(rng) : store(rng)) * 100) / 100;
             const DesignRecord at = point == 0 ? d : DesignAt(d, axis, D, y);
-            double fast = 0;
+            double fast = 0, fastEnd = 0;
             try {
                 if (point == 0) {
                     const ExploreValue v = FastWeightedAverage(d);
                     if (!v.ok)
                         throw std::runtime_error(v.message);
                     fast = v.value;
+                    fastEnd = probe->OuterEnd(probe->designDiameter(), probe->designDepth());
                 } else {
-                    fast = point == 1 ? probe->WeightedAverage(D, y)
-                                      : probe->WeightedAverage(D, probe->designDepth(), y);
+                    const std::optional<double> storage =
+                        point == 1 ? std::nullopt : std::optional<double>(y);
+                    const double depth = point == 1 ? y : probe->designDepth();
+                    fast = probe->WeightedAverage(D, depth, storage);
+                    fastEnd = probe->OuterEnd(D, depth, storage);
                 }
             } catch (const std::exception& e) {
                 ASSERT_FALSE(PageAverage(at)) << "design " << n << ": " << e.what();
@@ -173,6 +177,8 @@ TEST(Properties, RandomCheckedDesigns) {
                 continue; // a fault at a position the average does not read
             ASSERT_TRUE(SameBits(fast, *page))
                 << "design " << n << " point " << point << ": " << fast << " against " << *page;
+            ASSERT_TRUE(SameBits(fastEnd, *PageOuterEnd(at)))
+                << "design " << n << " point " << point;
             ++compared[d.greenAmpt];
         }
     }

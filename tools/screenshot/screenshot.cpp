@@ -1,7 +1,7 @@
 // Writes a picture of the window for a design file:
 //     rainfold_screenshot DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COLUMN] [--input]
 //                         [--size WIDTH HEIGHT] [--focus CONTROL] [--edit ROW COLUMN]
-//                         [--plot PLOT.pdf] [--explorer]
+//                         [--plot PLOT.pdf] [--explorer] [--font POINTS]
 // By default the window opens the design, turns to "Results" (accepting any warning) and, with
 // --cell, charts that cell. --input stays on "Input Data"; --focus puts the focus into a control
 // there and --edit opens the cell editor over a segment cell, so the reference panels can be seen.
@@ -9,7 +9,8 @@
 // writes the printed plot that File > Plot would print, as a PDF file. --help-window contents|index
 // GUIDE [--search TEXT] takes the picture of the help window opened on the guide in GUIDE instead.
 // --explorer opens Tools > "Design Explorer..." instead and pictures that window at the size it
-// opens with, once its map is drawn.
+// opens with (or the --size given, 0 0 its minimum), once its map is drawn. --font sets the
+// application font's size in points, as a desktop's settings would.
 
 #include "DesignExplorer.h"
 #include "ROAnalysis.h"
@@ -35,15 +36,16 @@
 
 int main(int argc, char** argv) {
     if (argc < 3) {
-        std::fprintf(stderr,
-                     "usage: %s DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COL] [--input] "
-                     "[--size W H] [--focus CONTROL] [--edit ROW COL] [--plot PLOT.pdf] "
-                     "[--help-window contents|index GUIDE [--search TEXT]] [--explorer]\n",
-                     argv[0]);
+        std::fprintf(
+            stderr,
+            "usage: %s DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COL] [--input] "
+            "[--size W H] [--focus CONTROL] [--edit ROW COL] [--plot PLOT.pdf] "
+            "[--help-window contents|index GUIDE [--search TEXT]] [--explorer] [--font POINTS]\n",
+            argv[0]);
         return 64;
     }
     QApplication app(argc, argv);
-    bool green = false, input = false, ownSize = false, explorer = false;
+    bool green = false, input = false, ownSize = false, explorer = false, sized = false;
     int row = -1, column = -1, editRow = -1, editColumn = -1;
     QSize size(1250, 760);
     QString focus, plot, helpEntry, search;
@@ -66,6 +68,7 @@ int main(int argc, char** argv) {
             ++i;
         } else if (a == "--size" && i + 2 < argc) {
             size = QSize(std::stoi(argv[i + 1]), std::stoi(argv[i + 2]));
+            sized = true;
             i += 2;
         } else if (a == "--focus" && i + 1 < argc) {
             focus = QString::fromLocal8Bit(argv[++i]);
@@ -74,6 +77,10 @@ int main(int argc, char** argv) {
         } else if (a == "--help-window" && i + 2 < argc) {
             helpEntry = QString::fromLocal8Bit(argv[++i]);
             rainfold::ui::SetGuideFolder(QString::fromLocal8Bit(argv[++i]));
+        } else if (a == "--font" && i + 1 < argc) {
+            QFont font = QApplication::font();
+            font.setPointSize(std::stoi(argv[++i]));
+            QApplication::setFont(font);
         } else if (a == "--search" && i + 1 < argc) {
             search = QString::fromLocal8Bit(argv[++i]);
         }
@@ -107,6 +114,8 @@ int main(int argc, char** argv) {
         auto* tool = window.findChild<DesignExplorer*>();
         if (!tool)
             return 1;
+        if (sized)
+            tool->resize(size.expandedTo(tool->minimumSizeHint()));
         QEventLoop wait;
         QObject::connect(tool, &DesignExplorer::mapFinished, &wait, &QEventLoop::quit);
         if (tool->computing())

@@ -12,18 +12,23 @@
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QStyle>
 #include <QTimer>
 #include <QVBoxLayout>
 
-#include <cmath>
+#include <algorithm>
 
 using namespace rainfold;
 
@@ -32,15 +37,15 @@ namespace {
 constexpr int kColumns = 60;
 constexpr int kRows = 40;
 
-// A value with `decimals` decimals when that is exactly the value, in full otherwise.
-QString Fixed(double x, int decimals) {
-    const std::string text = FixedText(x, decimals);
-    double back = 0;
-    return QString::fromStdString(ParseDecimal(text, back) && back == x ? text : ExactText(x));
-}
-
 QString DefaultSaveDialog(QWidget* parent, const QString& filter) {
     return QFileDialog::getSaveFileName(parent, QString(), QString(), filter);
+}
+
+// A label with an access key for `buddy`.
+QLabel* BuddyLabel(const QString& text, QWidget* buddy) {
+    auto* label = new QLabel(text);
+    label->setBuddy(buddy);
+    return label;
 }
 
 } // namespace
@@ -62,9 +67,9 @@ DesignExplorer::DesignExplorer(QWidget* parent, const DesignRecord& design,
     buildLayout();
     progressTimer_ = new QTimer(this);
     connect(progressTimer_, &QTimer::timeout, this, &DesignExplorer::showProgress);
-    resize(1200, 780);
+    fitToScreen();
     refreshAnswers();
-    refreshPoint(std::nullopt);
+    refreshPointer(std::nullopt);
     refreshChart();
     startMap();
 }
@@ -77,138 +82,230 @@ void DesignExplorer::setSaveDialog(SaveDialog dialog) {
     saveDialog_ = dialog ? std::move(dialog) : SaveDialog(DefaultSaveDialog);
 }
 
+// Everything lies in a scroll area: on a screen too small for the window's least size, every
+// control can still be reached.
 void DesignExplorer::buildLayout() {
-    auto* top = new QHBoxLayout;
+    mapView = new ExplorerMapWidget;
+    lblStatus = new QLabel;
+    lblStatus->setObjectName(QStringLiteral("lblStatus"));
+    lblStatus->setWordWrap(true);
+    lblStatus->setMinimumHeight(2 * fontMetrics().lineSpacing());
+    lblStatus->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    auto* mapLabel = BuddyLabel(
+        QStringLiteral("&Map: the arrow keys move the selected point, Enter selects"), mapView);
+    mapLabel->setObjectName(QStringLiteral("lblMap"));
+    mapLabel->setWordWrap(true);
+    // Under the map: how it was computed, or its progress; "Draw Map" or "Cancel".
+    prgMap = new QProgressBar;
+    prgMap->setObjectName(QStringLiteral("prgMap"));
+    prgMap->setRange(0, kColumns * kRows);
+    prgMap->setMaximumWidth(fontMetrics().averageCharWidth() * 24);
+    cmdCancel = new QPushButton(QStringLiteral("&Cancel"));
+    cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
+    cmdDrawMap = new QPushButton(QStringLiteral("&Draw Map"));
+    cmdDrawMap->setObjectName(QStringLiteral("cmdDrawMap"));
+    connect(cmdCancel, &QPushButton::clicked, this, [this] {
+        if (job_)
+            job_->progress.cancel = true;
+    });
+    connect(cmdDrawMap, &QPushButton::clicked, this, &DesignExplorer::startMap);
+    auto* status = new QHBoxLayout;
+    status->addWidget(lblStatus, 1);
+    status->addWidget(prgMap, 0, Qt::AlignTop);
+    status->addWidget(cmdCancel, 0, Qt::AlignTop);
+    status->addWidget(cmdDrawMap, 0, Qt::AlignTop);
+
+    auto* left = new QVBoxLayout;
+    left->addWidget(mapView, 1);
+    left->addWidget(mapLabel);
+    left->addLayout(status);
+
+    auto* middle = new QHBoxLayout;
+    middle->addLayout(left, 1);
+    middle->addWidget(buildRightPanel());
+
+    auto* content = new QWidget;
+    auto* layout = new QVBoxLayout(content);
+    layout->addWidget(buildTopRow());
+    layout->addLayout(middle, 1);
+    layout->addWidget(buildButtonRow());
+
+    auto* scroll = new QScrollArea;
+    scroll->setObjectName(QStringLiteral("scrExplorer"));
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(content);
+    auto* outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->addWidget(scroll);
+
+    connect(mapView, &ExplorerMapWidget::pointHovered, this,
+            [this](QPointF value) { refreshPointer(value); });
+    connect(mapView, &ExplorerMapWidget::hoverLeft, this, [this] { refreshPointer(std::nullopt); });
+    connect(mapView, &ExplorerMapWidget::pointClicked, this, &DesignExplorer::selectRounded);
+    connect(mapView, &ExplorerMapWidget::stepRequested, this, &DesignExplorer::step);
+    connect(mapView, &ExplorerMapWidget::enterPressed, this, [this] { select(selected_); });
+}
+
+QWidget* DesignExplorer::buildTopRow() {
     txtTarget = new QLineEdit(QStringLiteral("0.0"));
     txtTarget->setObjectName(QStringLiteral("txtTarget"));
-    txtTarget->setMaximumWidth(70);
-    auto* targetLabel = new QLabel(QStringLiteral("Runoff target (%)"));
-    targetLabel->setBuddy(txtTarget);
+    txtTarget->setMaximumWidth(fontMetrics().horizontalAdvance(QStringLiteral("100.000")) + 16);
+    cboCriterion = new QComboBox;
+    cboCriterion->setObjectName(QStringLiteral("cboCriterion"));
+    cboCriterion->addItems({QStringLiteral("Weighted average over the circle"),
+                            QStringLiteral("Outer end of the pivot")});
     cboYAxis = new QComboBox;
     cboYAxis->setObjectName(QStringLiteral("cboYAxis"));
     cboYAxis->addItems({QStringLiteral("Depth per pass (in)"),
                         QStringLiteral("Surface storage on every segment (in)")});
-    auto* axisLabel = new QLabel(QStringLiteral("Y axis"));
-    axisLabel->setBuddy(cboYAxis);
-    prgMap = new QProgressBar;
-    prgMap->setObjectName(QStringLiteral("prgMap"));
-    prgMap->setRange(0, kColumns * kRows);
-    prgMap->setMaximumWidth(220);
-    cmdCancel = new QPushButton(QStringLiteral("Cancel"));
-    cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
-    cmdDrawMap = new QPushButton(QStringLiteral("Draw Map"));
-    cmdDrawMap->setObjectName(QStringLiteral("cmdDrawMap"));
-    top->addWidget(targetLabel);
+    auto* row = new QWidget;
+    auto* top = new QHBoxLayout(row);
+    top->setContentsMargins(0, 0, 0, 0);
+    top->addWidget(BuddyLabel(QStringLiteral("Runoff &target (%)"), txtTarget));
     top->addWidget(txtTarget);
-    top->addSpacing(24);
-    top->addWidget(axisLabel);
+    top->addSpacing(fontMetrics().averageCharWidth() * 2);
+    top->addWidget(BuddyLabel(QStringLiteral("Target &applies to:"), cboCriterion));
+    top->addWidget(cboCriterion);
+    top->addSpacing(fontMetrics().averageCharWidth() * 2);
+    top->addWidget(BuddyLabel(QStringLiteral("&Y axis"), cboYAxis));
     top->addWidget(cboYAxis);
     top->addStretch(1);
-    top->addWidget(prgMap);
-    top->addWidget(cmdCancel);
-    top->addWidget(cmdDrawMap);
 
-    mapView = new ExplorerMapWidget;
-    lblStatus = new QLabel;
-    lblStatus->setObjectName(QStringLiteral("lblStatus"));
-    auto* left = new QVBoxLayout;
-    left->addWidget(mapView, 1);
-    left->addWidget(lblStatus);
+    connect(txtTarget, &QLineEdit::textChanged, this, [this] {
+        refreshAnswers();
+        refreshView();
+    });
+    connect(cboCriterion, &QComboBox::currentIndexChanged, this, [this] {
+        refreshAnswers();
+        startMap();
+    });
+    connect(cboYAxis, &QComboBox::currentIndexChanged, this, [this] {
+        const std::optional<double> storage = probe_->uniformStorage();
+        selected_.setY(axis() == ExploreAxis::Depth ? probe_->designDepth() : storage.value_or(0));
+        refreshAnswers();
+        refreshPointer(std::nullopt);
+        refreshChart();
+        startMap();
+    });
+    return row;
+}
 
-    auto* answers = new QGroupBox(QStringLiteral("Answers"));
-    auto* grid = new QGridLayout(answers);
+// The answers, the selected point and the pointer, and the runoff along the pivot: as wide as
+// the font needs for the answers' texts, each text given room for its longest form, so nothing
+// moves as the texts change.
+QWidget* DesignExplorer::buildRightPanel() {
+    const QFontMetrics fm = fontMetrics();
+    fraAnswers = new QGroupBox(QStringLiteral("Answers"));
+    fraAnswers->setObjectName(QStringLiteral("fraAnswers"));
+    auto* grid = new QGridLayout(fraAnswers);
     lblDiameterAnswer = new QLabel;
     lblDiameterAnswer->setObjectName(QStringLiteral("lblDiameterAnswer"));
-    cmdUseDiameter = new QPushButton(QStringLiteral("Use"));
+    cmdUseDiameter = new QPushButton(QStringLiteral("&Use"));
     cmdUseDiameter->setObjectName(QStringLiteral("cmdUseDiameter"));
     lblDepthAnswer = new QLabel;
     lblDepthAnswer->setObjectName(QStringLiteral("lblDepthAnswer"));
-    cmdUseDepth = new QPushButton(QStringLiteral("Use"));
+    cmdUseDepth = new QPushButton(QStringLiteral("U&se"));
     cmdUseDepth->setObjectName(QStringLiteral("cmdUseDepth"));
+    const int panelWidth =
+        fm.averageCharWidth() * 56 + fm.horizontalAdvance(QStringLiteral("Use")) + fm.height() * 3;
+    // The answer's column: the panel less the button's, the margins and a little to spare.
+    const int textWidth = panelWidth - cmdUseDiameter->sizeHint().width() - 4 * fm.height();
+    const int answerHeight = fm.boundingRect(QRect(0, 0, textWidth, 100 * fm.lineSpacing()),
+                                             Qt::TextWordWrap, LongestAnswer())
+                                 .height();
     for (QLabel* label : {lblDiameterAnswer, lblDepthAnswer}) {
         label->setWordWrap(true);
         label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        label->setMinimumHeight(answerHeight);
     }
     grid->addWidget(lblDiameterAnswer, 0, 0);
     grid->addWidget(cmdUseDiameter, 0, 1, Qt::AlignTop);
     grid->addWidget(lblDepthAnswer, 1, 0);
     grid->addWidget(cmdUseDepth, 1, 1, Qt::AlignTop);
     grid->setColumnStretch(0, 1);
-    lblPoint = new QLabel;
-    lblPoint->setObjectName(QStringLiteral("lblPoint"));
-    lblPoint->setWordWrap(true);
+    connect(cmdUseDiameter, &QPushButton::clicked, this, [this] { use(diameterAnswer_); });
+    connect(cmdUseDepth, &QPushButton::clicked, this, [this] { use(depthAnswer_); });
+
+    lblSelected = new QLabel;
+    lblSelected->setObjectName(QStringLiteral("lblSelected"));
+    lblPointer = new QLabel;
+    lblPointer->setObjectName(QStringLiteral("lblPointer"));
+    for (QLabel* label : {lblSelected, lblPointer}) {
+        label->setWordWrap(true);
+        label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+        label->setMinimumHeight(2 * fm.lineSpacing());
+    }
     chtPivot = new ExplorerPivotChart;
-    auto* right = new QVBoxLayout;
-    right->addWidget(answers);
-    right->addWidget(lblPoint);
+    chtPivot->setMinimumHeight(13 * fm.lineSpacing());
+
+    auto* panel = new QWidget;
+    auto* right = new QVBoxLayout(panel);
+    right->setContentsMargins(0, 0, 0, 0);
+    right->addWidget(fraAnswers);
+    right->addWidget(lblSelected);
+    right->addWidget(lblPointer);
     right->addWidget(chtPivot, 1);
-    auto* rightPanel = new QWidget;
-    rightPanel->setLayout(right);
-    rightPanel->setFixedWidth(400);
+    panel->setFixedWidth(panelWidth);
+    return panel;
+}
 
-    auto* middle = new QHBoxLayout;
-    middle->addLayout(left, 1);
-    middle->addWidget(rightPanel);
-
-    auto* bottom = new QHBoxLayout;
+QWidget* DesignExplorer::buildButtonRow() {
+    auto* row = new QWidget;
+    auto* bottom = new QHBoxLayout(row);
+    bottom->setContentsMargins(0, 0, 0, 0);
     const auto button = [&](const char* name, const char* caption) {
         auto* b = new QPushButton(QString::fromLatin1(caption));
         b->setObjectName(QString::fromLatin1(name));
         bottom->addWidget(b);
         return b;
     };
-    QPushButton* copy = button("cmdCopyPicture", "Copy Picture");
-    QPushButton* png = button("cmdSavePng", "Save PNG...");
-    QPushButton* pdf = button("cmdSavePdf", "Save PDF...");
-    QPushButton* csv = button("cmdSaveCsv", "Save CSV...");
+    QPushButton* copy = button("cmdCopyPicture", "Copy &Picture");
+    QPushButton* png = button("cmdSavePng", "Save P&NG...");
+    QPushButton* pdf = button("cmdSavePdf", "Save PD&F...");
+    cmdSaveCsv = button("cmdSaveCsv", "Save CS&V...");
     bottom->addStretch(1);
-    QPushButton* close = button("cmdClose", "Close");
-
-    auto* layout = new QVBoxLayout(this);
-    layout->addLayout(top);
-    layout->addLayout(middle, 1);
-    layout->addLayout(bottom);
-
-    connect(txtTarget, &QLineEdit::textChanged, this, [this] {
-        refreshAnswers();
-        refreshView();
-    });
-    connect(cboYAxis, &QComboBox::currentIndexChanged, this, [this] {
-        const std::optional<double> storage = probe_->uniformStorage();
-        selected_.setY(axis() == ExploreAxis::Depth ? probe_->designDepth() : storage.value_or(0));
-        refreshAnswers();
-        refreshPoint(std::nullopt);
-        refreshChart();
-        startMap();
-    });
-    connect(cmdCancel, &QPushButton::clicked, this, [this] {
-        if (job_)
-            job_->progress.cancel = true;
-    });
-    connect(cmdDrawMap, &QPushButton::clicked, this, &DesignExplorer::startMap);
-    connect(mapView, &ExplorerMapWidget::pointHovered, this,
-            [this](QPointF value) { refreshPoint(value); });
-    connect(mapView, &ExplorerMapWidget::hoverLeft, this, [this] { refreshPoint(std::nullopt); });
-    connect(mapView, &ExplorerMapWidget::pointClicked, this, &DesignExplorer::select);
-    connect(cmdUseDiameter, &QPushButton::clicked, this,
-            [this] { use(QStringLiteral("txtWetDiam"), diameterAnswer_); });
-    connect(cmdUseDepth, &QPushButton::clicked, this,
-            [this] { use(QStringLiteral("txtAPPL"), depthAnswer_); });
+    QPushButton* close = button("cmdClose", "C&lose");
     connect(copy, &QPushButton::clicked, this, &DesignExplorer::copyPicture);
     connect(png, &QPushButton::clicked, this, [this] { savePicture(false); });
     connect(pdf, &QPushButton::clicked, this, [this] { savePicture(true); });
-    connect(csv, &QPushButton::clicked, this, &DesignExplorer::saveCsv);
+    connect(cmdSaveCsv, &QPushButton::clicked, this, &DesignExplorer::saveCsv);
     connect(close, &QPushButton::clicked, this, &QWidget::close);
+    return row;
+}
+
+// The size the window would like, within the screen it opens on; it can be made as small as its
+// content allows, or as the screen, where the content scrolls.
+void DesignExplorer::fitToScreen() {
+    const QFontMetrics fm = fontMetrics();
+    // With a scroll bar's width to spare, so that a scroll bar down does not bring one across.
+    const QSize least = findChild<QScrollArea*>()->widget()->minimumSizeHint() +
+                        QSize(style()->pixelMetric(QStyle::PM_ScrollBarExtent), 0);
+    QSize size = QSize(fm.averageCharWidth() * 200, fm.lineSpacing() * 54).expandedTo(least);
+    if (const QScreen* screen = parentWidget() ? parentWidget()->screen() : this->screen()) {
+        // Room for the window's frame and title bar.
+        const QSize available = screen->availableGeometry().size() - QSize(16, 48);
+        size = size.boundedTo(available);
+        setMinimumSize(least.boundedTo(available));
+    }
+    resize(size);
 }
 
 ExploreAxis DesignExplorer::axis() const {
     return cboYAxis->currentIndex() == 1 ? ExploreAxis::Storage : ExploreAxis::Depth;
 }
 
+ExploreCriterion DesignExplorer::criterion() const {
+    return cboCriterion->currentIndex() == 1 ? ExploreCriterion::OuterEnd
+                                             : ExploreCriterion::Average;
+}
+
+// A number from 0 to 100, written with a point as every number of the program.
 std::optional<double> DesignExplorer::target() const {
-    const std::string text = txtTarget->text().toStdString();
-    const double value = Val(text);
-    if (!IsNumeric(text) || value < 0 || value > 100)
+    double value = 0;
+    const std::string text = txtTarget->text().trimmed().toStdString();
+    if (!ParseDecimal(text, value) || !(value >= 0 && value <= 100))
         return std::nullopt;
     return value;
 }
@@ -225,9 +322,10 @@ void DesignExplorer::startMap() {
     lblStatus->clear();
     const RunoffProbe probe = *probe_;
     const ExploreAxis a = axis();
+    const ExploreCriterion c = criterion();
     job->clock.start();
-    worker_ = std::thread([this, job, probe, a] {
-        job->result = ComputeExploreMap(probe, a, kColumns, kRows, &job->progress);
+    worker_ = std::thread([this, job, probe, a, c] {
+        job->result = ComputeExploreMap(probe, a, c, kColumns, kRows, &job->progress);
         QMetaObject::invokeMethod(
             this, [this, job] { mapDone(job); }, Qt::QueuedConnection);
     });
@@ -258,9 +356,12 @@ void DesignExplorer::mapDone(const std::shared_ptr<Job>& job) {
         worker_.join();
     finished_ = true;
     progressTimer_->stop();
+    const bool hadFocus = cmdCancel->hasFocus();
     prgMap->hide();
     cmdCancel->hide();
     cmdDrawMap->show();
+    if (hadFocus)
+        cmdDrawMap->setFocus();
     if (job->result.cancelled) {
         mapMessage_ = QStringLiteral("Map cancelled. \"Draw Map\" draws it again.");
     } else {
@@ -269,7 +370,8 @@ void DesignExplorer::mapDone(const std::shared_ptr<Job>& job) {
         QString status = QStringLiteral("%1 \u00d7 %2 points in %3 s.")
                              .arg(kColumns)
                              .arg(kRows)
-                             .arg(job->clock.elapsed() / 1000.0, 0, 'f', 2);
+                             .arg(QString::fromStdString(
+                                 FormatFixed(static_cast<double>(job->clock.elapsed()) / 1000, 2)));
         if (map_->faults > 0)
             status += QStringLiteral(" %1 points have no result: %2")
                           .arg(map_->faults)
@@ -286,136 +388,70 @@ void DesignExplorer::mapDone(const std::shared_ptr<Job>& job) {
 
 void DesignExplorer::refreshView() {
     render::ExplorerMapView view =
-        render::MapViewFor(design_, *probe_, axis(), target().value_or(0));
-    if (map_ && map_->axis == axis())
+        render::MapViewFor(design_, *probe_, axis(), criterion(), target());
+    if (map_ && map_->axis == axis() && map_->criterion == criterion())
         view.map = map_.get();
     view.message = mapMessage_;
     view.selected = selected_;
     mapView->setView(view);
-    findChild<QPushButton*>(QStringLiteral("cmdSaveCsv"))->setEnabled(map_ != nullptr);
+    cmdSaveCsv->setEnabled(map_ != nullptr);
 }
 
-void DesignExplorer::refreshAnswers() {
-    diameterAnswer_.clear();
-    depthAnswer_.clear();
-    const std::optional<double> goal = target();
-    if (!goal) {
-        lblDiameterAnswer->setText(QStringLiteral("Type a runoff target from 0 to 100 %."));
-        lblDepthAnswer->clear();
-    } else {
-        const double depth = axis() == ExploreAxis::Depth ? selected_.y() : probe_->designDepth();
-        const double diameter = selected_.x();
-        const QString depthText = Fixed(depth, 2), diameterText = Fixed(diameter, 1);
-        if (const std::optional<double> D = SmallestWettedDiameter(*probe_, depth, *goal)) {
-            diameterAnswer_ = Fixed(*D, 1);
-            lblDiameterAnswer->setText(
-                QStringLiteral("Smallest wetted diameter for the target at %1 in per pass: %2 ft "
-                               "(%3)")
-                    .arg(depthText, diameterAnswer_, QString::fromStdString(PackageClass(*D))));
-        } else {
-            lblDiameterAnswer->setText(
-                QStringLiteral("No wetted diameter from 1 to 150 ft meets the target at %1 in per "
-                               "pass. Less depth per pass or more surface storage would help.")
-                    .arg(depthText));
+// One grid step from the selected point (a point between grid values goes to the next one).
+void DesignExplorer::step(int columns, int rows) {
+    const std::vector<double> xs = map_ ? map_->xValues : ExploreXValues(kColumns);
+    const std::vector<double> ys =
+        map_ && map_->axis == axis() ? map_->yValues : ExploreYValues(axis(), kRows);
+    const auto next = [](const std::vector<double>& grid, double at, int by) {
+        if (by > 0) {
+            const auto it = std::upper_bound(grid.begin(), grid.end(), at);
+            return it == grid.end() ? grid.back() : *it;
         }
-        if (const std::optional<double> d = LargestDepth(*probe_, diameter, *goal)) {
-            depthAnswer_ = Fixed(*d, 2);
-            lblDepthAnswer->setText(
-                QStringLiteral("Largest depth per pass for the target with %1 ft: %2 in")
-                    .arg(diameterText, depthAnswer_));
-        } else {
-            lblDepthAnswer->setText(
-                QStringLiteral("No depth per pass from 0.25 to 3 in meets the target with %1 ft. "
-                               "A larger wetted diameter or more surface storage would help.")
-                    .arg(diameterText));
+        if (by < 0) {
+            const auto it = std::lower_bound(grid.begin(), grid.end(), at);
+            return it == grid.begin() ? grid.front() : *(it - 1);
         }
-    }
-    cmdUseDiameter->setEnabled(!diameterAnswer_.isEmpty());
-    cmdUseDepth->setEnabled(!depthAnswer_.isEmpty());
+        return std::clamp(at, grid.front(), grid.back());
+    };
+    const QPointF to(next(xs, selected_.x(), columns), next(ys, selected_.y(), rows));
+    select(to);
+    refreshPointer(to);
 }
 
-QString DesignExplorer::pointText(QPointF value) const {
-    const bool depthAxis = axis() == ExploreAxis::Depth;
-    QString where = depthAxis ? QStringLiteral("%1 ft, %2 in per pass")
-                              : QStringLiteral("%1 ft, %2 in of storage on every segment");
-    where = where.arg(Fixed(value.x(), 1), Fixed(value.y(), 2));
-    try {
-        const double runoff =
-            depthAxis ? probe_->WeightedAverage(value.x(), value.y())
-                      : probe_->WeightedAverage(value.x(), probe_->designDepth(), value.y());
-        return where + QStringLiteral(": %1 % runoff").arg(runoff, 0, 'f', 2);
-    } catch (const std::exception& e) {
-        return where + QStringLiteral(": no result (%1)").arg(QString::fromUtf8(e.what()));
-    }
-}
-
-// The diameter to 0.1 ft and the depth or storage to 0.01 in: the steps of the answers.
-static QPointF Rounded(QPointF value, ExploreAxis axis) {
-    const double lo = axis == ExploreAxis::Depth ? kExploreMinDepth : kExploreMinStorage;
-    const double hi = axis == ExploreAxis::Depth ? kExploreMaxDepth : kExploreMaxStorage;
-    const double tenths =
-        std::clamp(std::round(value.x() * 10), kExploreMinDiameter * 10, kExploreMaxDiameter * 10);
-    const double hundredths = std::clamp(std::round(value.y() * 100), lo * 100, hi * 100);
-    return QPointF(tenths / 10, hundredths / 100);
-}
-
-void DesignExplorer::refreshPoint(std::optional<QPointF> hovered) {
-    QString text = QStringLiteral("Selected: ") + pointText(selected_);
-    if (hovered)
-        text += QStringLiteral("\nPointer: ") + pointText(Rounded(*hovered, axis()));
-    lblPoint->setText(text);
-}
-
-void DesignExplorer::select(QPointF value) {
-    selected_ = Rounded(value, axis());
-    refreshView();
-    refreshAnswers();
-    refreshPoint(std::nullopt);
-    refreshChart();
-}
-
-void DesignExplorer::refreshChart() {
-    const DesignRecord point = DesignAt(design_, axis(), selected_.x(), selected_.y());
-    QString caption = QStringLiteral("Percent runoff along the pivot<br>%1 ft, %2 in")
-                          .arg(Fixed(selected_.x(), 1), Fixed(selected_.y(), 2));
-    caption +=
-        axis() == ExploreAxis::Depth ? QStringLiteral(" per pass") : QStringLiteral(" of storage");
-    if (design_.greenAmpt)
-        caption += QStringLiteral(", varying water content as in the results table");
-    chtPivot->setProfile(ComputePivotProfile(point), caption);
-}
-
-void DesignExplorer::use(const QString& field, const QString& text) {
-    if (text.isEmpty())
-        return;
-    (field == QLatin1String("txtWetDiam") ? design_.txtWetDiam : design_.txtAPPL) =
-        text.toStdString();
-    std::string message;
-    if (std::optional<RunoffProbe> probe = RunoffProbe::Make(design_, message))
-        probe_ = std::move(probe);
-    if (use_)
-        use_(field, text);
-    refreshView();
-    // On the storage axis every point is computed at the design's depth.
-    if (field == QLatin1String("txtAPPL") && axis() == ExploreAxis::Storage)
-        startMap();
+// The picture as saved and copied: as large as it is shown, with the title block under it.
+render::ExplorerMapView DesignExplorer::savedView() const {
+    render::ExplorerMapView view = mapView->view();
+    view.facts = ExploreFactsOf(design_, *probe_, criterion());
+    return view;
 }
 
 QImage DesignExplorer::picture() const {
-    return render::ExplorerMapImage(mapView->view(), mapView->size());
+    const render::ExplorerMapView view = savedView();
+    return render::ExplorerMapImage(view, render::ExplorerPictureSize(view, mapView->size()));
 }
 
 void DesignExplorer::copyPicture() {
     QApplication::clipboard()->setImage(picture());
 }
 
+// The name asked for, with the file type's extension added when none was typed.
+QString DesignExplorer::saveName(const QString& filter, const QString& extension) {
+    QString name = saveDialog_(this, filter);
+    if (!name.isEmpty() && QFileInfo(name).suffix().isEmpty())
+        name += (name.endsWith(QLatin1Char('.')) ? QString() : QStringLiteral(".")) + extension;
+    return name;
+}
+
 void DesignExplorer::savePicture(bool pdf) {
-    const QString name = saveDialog_(this, pdf ? QStringLiteral("PDF Files (*.pdf)")
-                                               : QStringLiteral("PNG Images (*.png)"));
+    const QString name =
+        pdf ? saveName(QStringLiteral("PDF Files (*.pdf)"), QStringLiteral("pdf"))
+            : saveName(QStringLiteral("PNG Images (*.png)"), QStringLiteral("png"));
     if (name.isEmpty())
         return;
+    const render::ExplorerMapView view = savedView();
     std::string bytes;
-    if (!render::ExplorerMapFile(mapView->view(), mapView->size(), pdf, bytes))
+    if (!render::ExplorerMapFile(view, render::ExplorerPictureSize(view, mapView->size()), pdf,
+                                 bytes))
         ui::ShowError(this,
                       QStringLiteral("Could not save %1: the picture cannot be drawn.").arg(name));
     else
@@ -425,9 +461,9 @@ void DesignExplorer::savePicture(bool pdf) {
 void DesignExplorer::saveCsv() {
     if (!map_)
         return;
-    const QString name = saveDialog_(this, QStringLiteral("CSV Files (*.csv)"));
+    const QString name = saveName(QStringLiteral("CSV Files (*.csv)"), QStringLiteral("csv"));
     if (!name.isEmpty())
-        saveFile(name, ExploreMapCsv(*map_));
+        saveFile(name, ExploreMapCsv(*map_, ExploreFactsOf(design_, *probe_, map_->criterion)));
 }
 
 // As File > Save writes a design: the whole file or, with the reason, nothing.

@@ -1,8 +1,9 @@
 #pragma once
 // The "Design Explorer" window: which wetted diameter and depth per pass (or surface storage)
-// keep the weighted-average runoff of a design under a target, as a map with the two answers
-// beside it and the runoff along the pivot of the selected point. Non-modal; it works on a copy
-// of the design it was opened with and hands values back only through "Use".
+// keep the runoff of a design, weighted over the circle or at the outer end of the pivot, under a
+// target, as a map with the two answers beside it and the runoff along the pivot of the selected
+// point. Non-modal; it works on a copy of the design it was opened with and hands values back
+// only through "Use".
 
 #include "ExplorerMapPicture.h"
 #include "explore.h"
@@ -15,10 +16,13 @@
 #include <memory>
 #include <optional>
 #include <thread>
+#include <utility>
+#include <vector>
 
 class ExplorerMapWidget;
 class ExplorerPivotChart;
 class QComboBox;
+class QGroupBox;
 class QLabel;
 class QLineEdit;
 class QProgressBar;
@@ -29,9 +33,10 @@ class DesignExplorer : public QWidget {
     Q_OBJECT
 
 public:
-    // Writes a value into a field of the main window ("txtWetDiam", "txtAPPL") as typed text and
-    // brings the main window back to its input page.
-    using UseFunction = std::function<void(const QString& field, const QString& text)>;
+    // (field, text) pairs: "txtWetDiam" and "txtAPPL" as typed text.
+    using FieldValues = std::vector<std::pair<QString, QString>>;
+    // Writes the values into the main window's fields and brings it back to its input page.
+    using UseFunction = std::function<void(const FieldValues& values)>;
     // Asks for the name of a file to save (empty when cancelled).
     using SaveDialog = std::function<QString(QWidget* parent, const QString& filter)>;
 
@@ -51,26 +56,42 @@ signals:
 
 private:
     struct Job;
+    // An answer and the point it holds for: "Use" writes the point's diameter and depth.
+    struct Answer {
+        QString text;
+        std::optional<QPointF> point; // wetted diameter ft, depth in; empty: nothing meets
+    };
 
     void buildLayout();
+    QWidget* buildTopRow();
+    QWidget* buildRightPanel();
+    QWidget* buildButtonRow();
+    void fitToScreen();
     void startMap();
     void stopMap();
     void mapDone(const std::shared_ptr<Job>& job);
     void showProgress();
     void refreshView();
     void refreshAnswers();
-    void refreshPoint(std::optional<QPointF> hovered);
+    void refreshPointer(std::optional<QPointF> at);
     void refreshChart();
     void select(QPointF value);
-    void use(const QString& field, const QString& text);
+    void selectRounded(QPointF value); // to the steps of the answers: a click
+    void step(int columns, int rows);
+    void use(const Answer& answer);
     std::optional<double> target() const;
     rainfold::ExploreAxis axis() const;
+    rainfold::ExploreCriterion criterion() const;
     QString pointText(QPointF value) const;
+    QString bothRunoffs(double diameter, double depth) const;
+    static QString LongestAnswer(); // the longest text an answer can have, for its room
 
     void copyPicture();
     void savePicture(bool pdf);
     void saveCsv();
     void saveFile(const QString& name, const std::string& bytes);
+    QString saveName(const QString& filter, const QString& extension);
+    rainfold::render::ExplorerMapView savedView() const;
     QImage picture() const;
 
     rainfold::DesignRecord design_;
@@ -84,20 +105,24 @@ private:
     bool finished_ = true;
     QString mapMessage_;
     QPointF selected_; // wetted diameter ft, y in
-    QString diameterAnswer_, depthAnswer_;
+    Answer diameterAnswer_, depthAnswer_;
 
     QLineEdit* txtTarget = nullptr;
+    QComboBox* cboCriterion = nullptr;
     QComboBox* cboYAxis = nullptr;
     QProgressBar* prgMap = nullptr;
     QPushButton* cmdCancel = nullptr;
     QPushButton* cmdDrawMap = nullptr;
     ExplorerMapWidget* mapView = nullptr;
     QLabel* lblStatus = nullptr;
+    QGroupBox* fraAnswers = nullptr;
     QLabel* lblDiameterAnswer = nullptr;
     QPushButton* cmdUseDiameter = nullptr;
     QLabel* lblDepthAnswer = nullptr;
     QPushButton* cmdUseDepth = nullptr;
-    QLabel* lblPoint = nullptr;
+    QLabel* lblSelected = nullptr;
+    QLabel* lblPointer = nullptr;
     ExplorerPivotChart* chtPivot = nullptr;
+    QPushButton* cmdSaveCsv = nullptr;
     QTimer* progressTimer_ = nullptr;
 };

@@ -37,7 +37,9 @@ void SetScale(QValueAxis* axis, double top, int marks, bool roundUp) {
 ExplorerPivotChart::ExplorerPivotChart(QWidget* parent) : QChartView(parent) {
     setObjectName(QStringLiteral("chtPivot"));
     setRenderHint(QPainter::Antialiasing);
-    setMinimumHeight(240);
+    // Nothing to do with the keyboard here: Tab passes it by.
+    setFocusPolicy(Qt::NoFocus);
+    viewport()->setFocusPolicy(Qt::NoFocus);
     chart()->legend()->setAlignment(Qt::AlignBottom);
     chart()->setMargins(QMargins(4, 4, 4, 4));
 }
@@ -50,8 +52,7 @@ void ExplorerPivotChart::setProfile(const PivotProfile& profile, const QString& 
         c->removeAxis(axis);
         delete axis;
     }
-    QFont titleFont = c->titleFont();
-    titleFont.setPointSizeF(9);
+    QFont titleFont = font();
     titleFont.setBold(true);
     c->setTitleFont(titleFont);
     if (!profile.ok) {
@@ -65,7 +66,6 @@ void ExplorerPivotChart::setProfile(const PivotProfile& profile, const QString& 
     x->setTitleText(QStringLiteral("Distance from the pivot (ft)"));
     SetScale(x, profile.distanceFt.back(), 5, false);
     auto* y = new QValueAxis;
-    y->setTitleText(QStringLiteral("Percent runoff"));
     double top = 0;
     for (const auto& row : profile.runoff)
         top = std::max(top, *std::max_element(row.begin(), row.end()));

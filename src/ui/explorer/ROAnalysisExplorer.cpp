@@ -29,18 +29,25 @@ void ROAnalysis::mnuToolsDesignExplorer_Click() {
     if (explorer_)
         explorer_->close();
     explorer_ =
-        new DesignExplorer(this, design, *probe,
-                           [this](const QString& f, const QString& t) { useExplorerValue(f, t); });
+        new DesignExplorer(this, design, *probe, [this](const DesignExplorer::FieldValues& values) {
+            useExplorerValues(values);
+        });
     explorer_->show();
     explorer_->raise();
     explorer_->activateWindow();
 }
 
-void ROAnalysis::useExplorerValue(const QString& field, const QString& text) {
-    QLineEdit* target = field == QLatin1String("txtWetDiam") ? txtWetDiam : txtAPPL;
-    target->setText(text);
+// The page change back to "Input Data" comes first, so that no result of the design before the
+// new values stays on show; then the values are typed in.
+void ROAnalysis::useExplorerValues(const std::vector<std::pair<QString, QString>>& values) {
     SSTab1->setCurrentIndex(0);
+    QLineEdit* first = nullptr;
+    for (const auto& [field, text] : values) {
+        QLineEdit* target = field == QLatin1String("txtWetDiam") ? txtWetDiam : txtAPPL;
+        target->setText(text);
+        first = first ? first : target;
+    }
     raise();
     activateWindow();
-    target->setFocus(Qt::OtherFocusReason);
+    (first ? first : txtWetDiam)->setFocus(Qt::OtherFocusReason);
 }

@@ -15,6 +15,8 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <utility>
+#include <vector>
 
 class QAction;
 class QComboBox;
@@ -253,5 +255,5 @@ private:
 
     // Tools > "Design Explorer..." (ROAnalysisExplorer.cpp)
     QPointer<DesignExplorer> explorer_;
-    void useExplorerValue(const QString& field, const QString& text);
+    void useExplorerValues(const std::vector<std::pair<QString, QString>>& values);
 };
