@@ -3,19 +3,19 @@
 #include "batch_inputs.h"
 #include "batch_rows.h"
 #include "command_support.h"
+#include "progress_line.h"
 
+#include <atomic>
 #include <cerrno>
-#include <chrono>
 #include <condition_variable>
 #include <cstring>
-#include <iostream>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <new>
+#include <optional>
 #include <system_error>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 namespace rainfold::cli {
@@ -151,39 +151,6 @@ bool ResourceReason(const std::string& message) {
 
 constexpr const char* kOutOfMemory = "out of memory";
 
-// A progress line on a terminal, for a run that takes more than a second.
-class Progress {
-public:
-    void Update(std::size_t rows, std::size_t failed) {
-        if (!terminal_)
-            return;
-        const auto now = std::chrono::steady_clock::now();
-        if (now - start_ < std::chrono::seconds(1) ||
-            (shown_ && now - last_ < std::chrono::milliseconds(200)))
-            return;
-        last_ = now;
-        shown_ = true;
-        // The cursor waits at the start of the line: a message after it writes over it.
-        std::cerr << Text(rows, failed) << '\r' << std::flush;
-    }
-    // Leaves the last count on its line, so that what follows starts on a line of its own.
-    void End(std::size_t rows, std::size_t failed) {
-        if (shown_)
-            std::cerr << Text(rows, failed) << std::endl;
-        shown_ = false;
-    }
-
-private:
-    static std::string Text(std::size_t rows, std::size_t failed) {
-        return "rainfold-cli batch: " + std::to_string(rows) + " designs, " +
-               std::to_string(failed) + " did not compute";
-    }
-    const bool terminal_ = ::isatty(STDERR_FILENO) == 1;
-    const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
-    std::chrono::steady_clock::time_point last_;
-    bool shown_ = false;
-};
-
 void Read(Pipeline& pipeline, const std::vector<std::string>& inputs) {
     try {
         BatchSource source(inputs);
@@ -264,9 +231,13 @@ int RunBatch(const BatchOptions& options, const CommandOutput& output) {
             pipeline.Stop(kExitResource, std::string("cannot start a thread: ") + e.what());
     }
 
-    Progress progress;
-    std::size_t rows = 0, failed = 0;
+    std::atomic<std::size_t> rows{0}, failed{0};
     int written = kExitOk;
+    std::optional<ProgressLine> progress;
+    progress.emplace([&rows, &failed] {
+        return "rainfold-cli batch: " + std::to_string(rows) + " designs, " +
+               std::to_string(failed) + " did not compute";
+    });
     try {
         for (Block block; pipeline.NextFinished(block);) {
             if ((written = output.Write(block.text)) != kExitOk) {
@@ -275,14 +246,13 @@ int RunBatch(const BatchOptions& options, const CommandOutput& output) {
             }
             rows += block.rows;
             failed += block.failed;
-            progress.Update(rows, failed);
         }
     } catch (const std::bad_alloc&) {
         pipeline.Stop(kExitResource, kOutOfMemory);
     }
     for (std::thread& thread : threads)
         thread.join();
-    progress.End(rows, failed);
+    progress.reset();
     std::string message;
     if (const int failure = pipeline.failure(message))
         return output.Fail(failure, message,

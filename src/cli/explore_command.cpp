@@ -4,14 +4,10 @@
 #include "file_output.h"
 #include "format.h"
 #include "json_text.h"
+#include "progress_line.h"
 
-#include <chrono>
 #include <cmath>
-#include <condition_variable>
-#include <iostream>
 #include <memory>
-#include <mutex>
-#include <thread>
 
 namespace rainfold::cli {
 
@@ -63,52 +59,6 @@ Json MapJson(const ExploreMap& map, double target, const Current& current,
     return doc;
 }
 
-// How far a long map has got, on standard error when that is a terminal: nothing for the first
-// second, then one line rewritten in place a few times a second, ended when the map is done.
-class ProgressLine {
-public:
-    ProgressLine(const ExploreProgress& progress, int total) : progress_(progress), total_(total) {
-        if (isatty(STDERR_FILENO))
-            thread_ = std::thread([this] { run(); });
-    }
-    ~ProgressLine() {
-        if (!thread_.joinable())
-            return;
-        {
-            const std::lock_guard<std::mutex> lock(mutex_);
-            done_ = true;
-        }
-        wake_.notify_one();
-        thread_.join();
-    }
-    ProgressLine(const ProgressLine&) = delete;
-    ProgressLine& operator=(const ProgressLine&) = delete;
-
-private:
-    void run() {
-        std::unique_lock<std::mutex> lock(mutex_);
-        if (wake_.wait_for(lock, std::chrono::seconds(1), [this] { return done_; }))
-            return;
-        do
-            show();
-        while (!wake_.wait_for(lock, std::chrono::milliseconds(250), [this] { return done_; }));
-        show();
-        std::cerr << std::endl;
-    }
-    void show() const {
-        const int done = progress_.done;
-        std::cerr << "\rrainfold-cli explore: " << done << " of " << total_ << " points ("
-                  << 100LL * done / total_ << " %)" << std::flush;
-    }
-
-    const ExploreProgress& progress_;
-    const int total_;
-    std::mutex mutex_;
-    std::condition_variable wake_;
-    bool done_ = false;
-    std::thread thread_;
-};
-
 } // namespace
 
 int RunExplore(const ExploreOptions& options, const CommandOutput& output,
@@ -143,7 +93,13 @@ int RunExplore(const ExploreOptions& options, const CommandOutput& output,
     ExploreProgress progress;
     ExploreMap map;
     {
-        const ProgressLine line(progress, options.columns * options.rows);
+        const int total = options.columns * options.rows;
+        const ProgressLine line([&progress, total] {
+            const int done = progress.done;
+            return "rainfold-cli explore: " + std::to_string(done) + " of " +
+                   std::to_string(total) + " points (" + std::to_string(100LL * done / total) +
+                   " %)";
+        });
         map = ComputeExploreMap(*probe, axis, criterion, options.columns, options.rows, &progress);
     }
     if (map.faults > 0)

@@ -49,6 +49,9 @@ std::vector<std::string> ProgramArguments(int argc, char** argv);
 // standard output and error as bytes, unchanged by line-end conversion.
 void PrepareStandardStreams();
 
+// True when standard error is a terminal that a person watches (not a file or a pipe).
+bool StandardErrorIsTerminal();
+
 // The start of the name of a temporary file SaveFile writes (six letters or digits follow).
 inline constexpr const char* kTemporaryPrefix = ".rfd-";
 

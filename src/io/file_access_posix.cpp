@@ -271,4 +271,8 @@ void PrepareStandardStreams() {
     std::signal(SIGXFSZ, SIG_IGN);
 }
 
+bool StandardErrorIsTerminal() {
+    return ::isatty(STDERR_FILENO) == 1;
+}
+
 } // namespace rainfold
