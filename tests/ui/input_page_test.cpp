@@ -211,10 +211,9 @@ private slots:
             f.trigger(c.option);
             f.focus(c.field);
             QCOMPARE(shown(), c.inside);
-            if (QByteArray(c.field) ==
-                "txtResidue") { // beside the field, level with the table's top
+            if (QByteArray(c.field) == "txtResidue") { // beside the fields, level with the first
                 QVERIFY(f.get("frmResidueStore")->x() > f.get("txtResidue")->geometry().right());
-                QCOMPARE(f.get("frmResidueStore")->y(), f.get("msgSurfStore")->y());
+                QCOMPARE(f.get("frmResidueStore")->y(), f.get("txtSurfStore")->y());
             }
             f.focus("txtDate");
             QCOMPARE(shown(), c.after);

@@ -5,6 +5,7 @@
 #include "ResultsPageFixture.h"
 #include "results/RateChart.h"
 
+#include <QAbstractAxis>
 #include <QChart>
 #include <QGroupBox>
 #include <QToolBar>
@@ -25,6 +26,83 @@ class ResultsPageTest : public QObject, ResultsPage {
             s += bar.at(b - 1)->isEnabled() ? '1' : '0';
         return s;
     }
+    // What the page shows for a line of results_page_texts.txt, in the same form.
+    QString describe(const QString& line) const {
+        const QWidget* page = f_->w->resultsView();
+        QList<const QWidget*> shown; // the boxes and labels outside the table and the chart
+        for (const QWidget* w : page->findChildren<QWidget*>())
+            if (w->isVisibleTo(page) &&
+                (qobject_cast<const QLineEdit*>(w) || qobject_cast<const QLabel*>(w)))
+                shown << w;
+        const auto global = [](const QWidget* w) {
+            return QRect(w->mapToGlobal(QPoint()), w->size());
+        };
+        const auto named = [](const QWidget* w) {
+            auto* label = qobject_cast<const QLabel*>(w);
+            return label ? label->text() : w->objectName();
+        };
+        const Texts key =
+            line.split('|').mid(1, line.startsWith("*|row|") || line.contains("|over|") ? 3 : 1);
+        Texts seen{line.section('|', 0, 0)};
+        seen << key;
+        const QString what = key[0];
+        if (what == "frames") {
+            for (const QGroupBox* box : page->findChildren<QGroupBox*>())
+                if (box->isVisibleTo(page))
+                    seen << box->title();
+        } else if (what == "row") {
+            seen.removeLast();
+            const auto caption = std::find_if(shown.begin(), shown.end(),
+                                              [&](const QWidget* w) { return named(w) == key[1]; });
+            if (caption == shown.end())
+                return seen.join('|');
+            // In the caption's own frame, level with it.
+            const auto frame = [](const QWidget* w) {
+                while (w && !qobject_cast<const QGroupBox*>(w))
+                    w = w->parentWidget();
+                return w;
+            };
+            const QRect at = global(*caption);
+            QList<const QWidget*> right;
+            for (const QWidget* w : shown)
+                if (frame(w) == frame(*caption) && global(w).left() > at.right() &&
+                    global(w).center().y() > at.top() && global(w).center().y() < at.bottom())
+                    right << w;
+            std::sort(right.begin(), right.end(),
+                      [&](auto* a, auto* b) { return global(a).x() < global(b).x(); });
+            for (const QWidget* w : right)
+                seen << named(w);
+        } else if (what == "over") {
+            seen.removeLast();
+            const int column = key[1].toInt();
+            const int left = grid()
+                                 ->viewport()
+                                 ->mapToGlobal(QPoint(grid()->columnViewportPosition(column), 0))
+                                 .x();
+            QList<const QWidget*> over;
+            for (const QWidget* w : shown)
+                if (global(w).center().x() > left &&
+                    global(w).center().x() < left + grid()->columnWidth(column))
+                    over << w;
+            std::sort(over.begin(), over.end(),
+                      [&](auto* a, auto* b) { return global(a).y() < global(b).y(); });
+            for (const QWidget* w : over)
+                seen << named(w);
+        } else if (what == "headings") {
+            for (int c = 0; c < 6; ++c)
+                seen << grid()->horizontalHeaderItem(c)->text();
+        } else if (what == "navigation") {
+            seen << navigation().mid(1);
+        } else if (what == "axes") {
+            const QChart* chart = f_->get<RateChart>("MSChart1")->chart();
+            for (const Qt::Orientation o : {Qt::Horizontal, Qt::Vertical})
+                for (const QAbstractAxis* axis : chart->axes(o))
+                    if (!axis->titleText().isEmpty())
+                        seen << axis->titleText();
+        }
+        return seen.join('|');
+    }
+
     void clickCell(int row, int column) {
         const QRect cell = grid()->visualRect(grid()->model()->index(row, column));
         QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {}, cell.center());
@@ -138,6 +216,61 @@ private slots:
         QCOMPARE(Texts({text("txtIC"), text("lblGPM1"), text("lblGPM2"), text("lblGPM3")}),
                  Texts({"1", "900", "1000", "1100"}));
         QVERIFY(answer.boxes.empty());
+    }
+
+    // Every caption, unit, heading and button text for each slot and both models, in one pass
+    // over results_page_texts.txt; and each capacity's heading over the column that holds that
+    // capacity's runoff, its boxes and its average, by the reference pages' numbers.
+    void textsAndColumns() {
+        const Texts lines = QString::fromUtf8(ReadAll(RAINFOLD_RESULTS_TEXTS)).split('\n');
+        QVERIFY2(lines.size() > 20, RAINFOLD_RESULTS_TEXTS);
+        const struct {
+            QString state;
+            int design, page;
+            const char* button; // pressed to reach the state from the one before
+        } states[] = {{"A2", 0, kA2, nullptr},
+                      {"A3", 0, kA3, "cmdNext"},
+                      {"A1", 0, kA1, "cmdPrev"},
+                      {"G", 2, kG1, nullptr}};
+        ModalAnswer none;
+        int checked = 0;
+        for (const auto& s : states) {
+            if (s.button) {
+                QTest::mouseClick(button(s.button), Qt::LeftButton);
+                if (s.state == "A1")
+                    QTest::mouseClick(button(s.button), Qt::LeftButton);
+            } else {
+                init();
+                turnToResults(kResultsDesigns[s.design]);
+            }
+            for (const QString& line : lines)
+                if (line.startsWith(s.state + '|') || line.startsWith("*|")) {
+                    QCOMPARE(describe(line).section('|', 1), line.section('|', 1));
+                    ++checked;
+                }
+            const ResultsRefPage& ref = kResultsPages[s.page];
+            for (int k = 0; k < 3; ++k) {
+                // The capacity's heading, found by its text, and the column beneath its centre.
+                QLabel* heading = nullptr;
+                for (QLabel* l : f_->w->resultsView()->findChildren<QLabel*>())
+                    if (l->objectName().startsWith("lblGPM") && l->text() == ref.lblGPM[k])
+                        heading = l;
+                QVERIFY2(heading, ref.lblGPM[k]);
+                const QPoint centre = grid()->viewport()->mapFromGlobal(
+                    heading->mapToGlobal(heading->rect().center()));
+                const int column = grid()->columnAt(centre.x());
+                QCOMPARE(grid()->horizontalHeaderItem(column)->text(),
+                         QString(ref.lblGPM[k]) + " (gpm)");
+                for (int r = 0; r < 10; ++r)
+                    QCOMPARE(grid()->item(r, column)->text(), QString(ref.grid[r][3 + k]));
+                QCOMPARE(text(QStringLiteral("txtWARP(%1)").arg(column - 3)),
+                         QString(ref.txtWARP[k]));
+                QCOMPARE(text(QStringLiteral("txtHours(%1)").arg(column - 3)),
+                         QString(ref.txtHours[k]));
+            }
+        }
+        QVERIFY(checked > 40);
+        QVERIFY(none.boxes.empty());
     }
 
     void cellHighlightAndChart() {

@@ -9,11 +9,14 @@
 // writes the printed plot that File > Plot would print, as a PDF file. --help-window contents|index
 // GUIDE [--search TEXT] takes the picture of the help window opened on the guide in GUIDE instead.
 // --explorer opens Tools > "Design Explorer..." instead and pictures that window at the size it
-// opens with, once its map is drawn.
+// opens with, once its map is drawn. --preview report|plot pictures the print or plot preview
+// window as it opens over the results. --font-size PT sets the application font's size in
+// points and --font FAMILY its family, as a desktop's settings would.
 
 #include "DesignExplorer.h"
 #include "ROAnalysis.h"
 #include "ResultsView.h"
+#include "dialogs/frmPreview.h"
 #include "help/HelpWindow.h"
 
 #include "design_file.h"
@@ -30,7 +33,9 @@
 #include <QTest>
 #include <QTimer>
 
+#include <QLayout>
 #include <cstdio>
+#include <functional>
 #include <string>
 
 int main(int argc, char** argv) {
@@ -38,7 +43,8 @@ int main(int argc, char** argv) {
         std::fprintf(stderr,
                      "usage: %s DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COL] [--input] "
                      "[--size W H] [--focus CONTROL] [--edit ROW COL] [--plot PLOT.pdf] "
-                     "[--help-window contents|index GUIDE [--search TEXT]] [--explorer]\n",
+                     "[--help-window contents|index GUIDE [--search TEXT]] [--explorer] "
+                     "[--preview report|plot] [--font-size PT] [--font FAMILY]\n",
                      argv[0]);
         return 64;
     }
@@ -46,7 +52,7 @@ int main(int argc, char** argv) {
     bool green = false, input = false, ownSize = false, explorer = false;
     int row = -1, column = -1, editRow = -1, editColumn = -1;
     QSize size(1250, 760);
-    QString focus, plot, helpEntry, search;
+    QString focus, plot, helpEntry, search, preview;
     for (int i = 3; i < argc; ++i) {
         const std::string a = argv[i];
         if (a == "--green-ampt") {
@@ -76,6 +82,16 @@ int main(int argc, char** argv) {
             rainfold::ui::SetGuideFolder(QString::fromLocal8Bit(argv[++i]));
         } else if (a == "--search" && i + 1 < argc) {
             search = QString::fromLocal8Bit(argv[++i]);
+        } else if (a == "--preview" && i + 1 < argc) {
+            preview = QString::fromLocal8Bit(argv[++i]);
+        } else if (a == "--font-size" && i + 1 < argc) {
+            QFont font = QApplication::font();
+            font.setPointSize(std::stoi(argv[++i]));
+            QApplication::setFont(font);
+        } else if (a == "--font" && i + 1 < argc) {
+            QFont font = QApplication::font();
+            font.setFamily(QString::fromLocal8Bit(argv[++i]));
+            QApplication::setFont(font);
         }
     }
 
@@ -149,7 +165,42 @@ int main(int argc, char** argv) {
         QTest::qWait(300);
         shown = help;
     }
+    if (!preview.isEmpty()) {
+        // The preview is modal: its picture is taken from inside its own event loop.
+        bool grabbed = false;
+        QTimer::singleShot(300, [&] {
+            if (auto* modal = qobject_cast<frmPreview*>(QApplication::activeModalWidget())) {
+                std::fprintf(stderr, "preview %dx%d\n", modal->width(), modal->height());
+                grabbed = modal->grab().save(QString::fromLocal8Bit(argv[2]));
+                modal->close();
+            }
+        });
+        if (preview == QLatin1String("plot"))
+            window.mnuFilePlotPreview_Click();
+        else
+            window.mnuFilePrintPreview_Click();
+        return grabbed ? 0 : 1;
+    }
     std::fprintf(stderr, "window %dx%d\n", window.width(), window.height());
+    std::function<void(QLayout*, int)> dumpLayout = [&](QLayout* l, int depth) {
+        for (int i = 0; i < l->count(); ++i) {
+            QLayoutItem* it = l->itemAt(i);
+            const QRect g = it->geometry();
+            std::fprintf(stderr, "%*s%s %d,%d %dx%d\n", depth * 2, "",
+                         it->widget() ? qPrintable(it->widget()->objectName())
+                                      : (it->layout() ? "layout" : "spacer"),
+                         g.x(), g.y(), g.width(), g.height());
+            if (it->layout())
+                dumpLayout(it->layout(), depth + 1);
+        }
+    };
+    if (qEnvironmentVariableIsSet("DUMPL"))
+        dumpLayout(window.findChild<QWidget*>("inputContent")->layout(), 0);
+    if (qEnvironmentVariableIsSet("DUMP"))
+        for (QWidget* w : window.findChildren<QWidget*>())
+            if (w->isVisible() && !w->objectName().isEmpty())
+                std::fprintf(stderr, "%s %d,%d %dx%d\n", qPrintable(w->objectName()), w->x(),
+                             w->y(), w->width(), w->height());
     const bool saved = shown->grab().save(QString::fromLocal8Bit(argv[2]));
     const bool plotted =
         plot.isEmpty() || rainfold::ui::WritePdf(plot, [&](rainfold::DrawingSurface& s) {

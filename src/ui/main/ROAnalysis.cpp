@@ -24,6 +24,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTabWidget>
 #include <QTableWidget>
@@ -85,7 +86,20 @@ ROAnalysis::ROAnalysis(QWidget* parent) : QMainWindow(parent), fileDialog_(Platf
 
     connectSignals();
     connectResultsSignals();
-    resize(1000, 750);
+    fitToScreen();
+}
+
+void ROAnalysis::fitToScreen() {
+    // The least size: a few dozen characters each way, so the menus, the toolbar and the status
+    // bar keep their texts; the pages scroll inside it. The size it opens with: what the pages
+    // ask for, within the screen's free area less room for the window's title bar and frame.
+    const QFontMetrics metrics(font());
+    const QSize titleRoom(2 * metrics.averageCharWidth(), 3 * metrics.height());
+    const QRect screenArea = screen() ? screen()->availableGeometry() : QRect(0, 0, 1280, 720);
+    const QSize room = screenArea.size() - titleRoom;
+    setMinimumSize(
+        QSize(48 * metrics.averageCharWidth(), 26 * metrics.lineSpacing()).boundedTo(room));
+    resize(sizeHint().expandedTo(minimumSize()).boundedTo(room));
 }
 
 ROAnalysis::~ROAnalysis() = default;
@@ -264,6 +278,7 @@ void ROAnalysis::connectSignals() {
 void ROAnalysis::SSTab1_Click(int previousTab) {
     (void)previousTab;
     if (SSTab1->currentIndex() == 0) {
+        resultsShown_ = false;
         setOutputsEnabled(false);
         setSurfaceOptionsEnabled(true);
     } else {
