@@ -4,6 +4,7 @@
 
 #include "ResultsPageFixture.h"
 
+#include "design_file.h"
 #include "printout.h"
 #include "recording_surface.h"
 
@@ -41,6 +42,8 @@ private slots:
                 QCOMPARE(QPoint(grid()->currentColumn(), grid()->currentRow()), QPoint(4, 9));
                 QCOMPARE(colours(9, 4), QStringLiteral("#0000ff #c0c0c0"));
                 QCOMPARE(location(), Texts({"4", r.txtHP, r.txtTS, r.txtTP}));
+                // The keyboard starts on that cell.
+                QCOMPARE(QApplication::focusWidget(), grid());
 
                 // The report and the plot name that case: capacity as entered, distance, runoff.
                 const rainfold::PrintInputs in = f_->w->printInputs();
@@ -61,6 +64,78 @@ private slots:
                       "Distance from Pivot = " + QString(d.txtSYL.c_str()) + " ft",
                       "Percent Runoff = " + QString(p.grid[9][4]) + "%"})
                     QVERIFY2(plotted.contains(line), qPrintable(line));
+            }
+    }
+
+    // As in a spreadsheet: arrows move the highlighted cell and chart it, Tab leaves the table
+    // for the next control and Shift+Tab comes back.
+    void keyboardInTheTable() {
+        ModalAnswer none;
+        turnToResults(kResultsDesigns[0]);
+        const struct {
+            Qt::Key key;
+            QPoint cell; // column, row
+        } moves[] = {{Qt::Key_Up, {4, 8}}, {Qt::Key_Right, {5, 8}}, {Qt::Key_Right, {5, 8}},
+                     {Qt::Key_Left, {4, 8}}, {Qt::Key_Down, {4, 9}}, {Qt::Key_Down, {4, 9}}};
+        for (const auto& m : moves) {
+            QTest::keyClick(grid(), m.key);
+            QCOMPARE(QPoint(grid()->currentColumn(), grid()->currentRow()), m.cell);
+            QCOMPARE(colours(m.cell.y(), m.cell.x()), QStringLiteral("#0000ff #c0c0c0"));
+            QCOMPARE(text("txtCol"), QString::number(m.cell.x()));
+        }
+        QTest::keyClick(grid(), Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget()->objectName(), QStringLiteral("txtWARP(0)"));
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+        QCOMPARE(QApplication::focusWidget(), grid());
+        QCOMPARE(QPoint(grid()->currentColumn(), grid()->currentRow()), QPoint(4, 9));
+        QVERIFY(none.boxes.empty());
+    }
+
+    // Open (a file that opens) and New on "Results" turn to "Input Data" first. Afterwards, from
+    // either page, nothing prints, plots, charts or recomputes the old design or the new one
+    // before it is checked: not the menus, the toolbar, the slot buttons nor the table.
+    void resultsNeverOutliveTheirDesign() {
+        QTemporaryDir dir;
+        const QString file = dir.filePath("other.rfd");
+        QVERIFY(rainfold::SaveDesign(QFile::encodeName(file).toStdString(), kResultsDesigns[3]).ok);
+        const QStringList attempts = {"mnuFilePrintPreview", "mnuFilePrint", "mnuFilePlotPreview",
+                                      "mnuFilePlot", "Preview", "Print", "Plot Preview", "Drawing",
+                                      "cmdPrev", "cmdNext", "cell"};
+        for (const bool open : {true, false})
+            for (const bool onResults : {true, false}) {
+                init();
+                int windows = 0; // previews and print dialogs
+                ModalAnswer answer({}, [&windows](QWidget* modal) {
+                    ++windows;
+                    modal->close();
+                });
+                turnToResults(kResultsDesigns[0]);
+                if (!onResults)
+                    tabs()->setCurrentIndex(0);
+                f_->w->setFileDialog([&](QWidget*, const FileDialogRequest&) { return file; });
+                f_->trigger(open ? "mnuFileOpen" : "mnuFileNew");
+                QCOMPARE(tabs()->currentIndex(), 0);
+                QCOMPARE(f_->field("txtWetDiam")->text(), QString(open ? "6" : ""));
+                const Texts shown = page() << location() << navigation();
+                for (const QString& attempt : attempts) {
+                    if (attempt.startsWith("mnu")) {
+                        f_->trigger(attempt);
+                        QVERIFY(QMetaObject::invokeMethod(f_->w.get(), qPrintable(attempt + "_Click")));
+                    } else if (attempt.startsWith("cmd")) {
+                        QVERIFY(QMetaObject::invokeMethod(f_->w.get(), qPrintable(attempt + "_Click")));
+                    } else if (attempt == "cell") {
+                        grid()->setCurrentCell(3, 5);
+                        const QRect cell = grid()->visualRect(grid()->model()->index(2, 3));
+                        QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {}, cell.center());
+                    } else {
+                        f_->w->tbToolBar_ButtonClick(attempt);
+                    }
+                    QApplication::processEvents();
+                    QCOMPARE(windows, 0);
+                    QCOMPARE(tabs()->currentIndex(), 0);
+                }
+                QCOMPARE(page() << location() << navigation(), shown);
+                QVERIFY(answer.boxes.empty());
             }
     }
 
