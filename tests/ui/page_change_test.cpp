@@ -75,8 +75,8 @@ private slots:
         const struct {
             Qt::Key key;
             QPoint cell; // column, row
-        } moves[] = {{Qt::Key_Up, {4, 8}}, {Qt::Key_Right, {5, 8}}, {Qt::Key_Right, {5, 8}},
-                     {Qt::Key_Left, {4, 8}}, {Qt::Key_Down, {4, 9}}, {Qt::Key_Down, {4, 9}}};
+        } moves[] = {{Qt::Key_Up, {4, 8}},   {Qt::Key_Right, {5, 8}}, {Qt::Key_Right, {5, 8}},
+                     {Qt::Key_Left, {4, 8}}, {Qt::Key_Down, {4, 9}},  {Qt::Key_Down, {4, 9}}};
         for (const auto& m : moves) {
             QTest::keyClick(grid(), m.key);
             QCOMPARE(QPoint(grid()->currentColumn(), grid()->currentRow()), m.cell);
@@ -98,9 +98,17 @@ private slots:
         QTemporaryDir dir;
         const QString file = dir.filePath("other.rfd");
         QVERIFY(rainfold::SaveDesign(QFile::encodeName(file).toStdString(), kResultsDesigns[3]).ok);
-        const QStringList attempts = {"mnuFilePrintPreview", "mnuFilePrint", "mnuFilePlotPreview",
-                                      "mnuFilePlot", "Preview", "Print", "Plot Preview", "Drawing",
-                                      "cmdPrev", "cmdNext", "cell"};
+        const QStringList attempts = {"mnuFilePrintPreview",
+                                      "mnuFilePrint",
+                                      "mnuFilePlotPreview",
+                                      "mnuFilePlot",
+                                      "Preview",
+                                      "Print",
+                                      "Plot Preview",
+                                      "Drawing",
+                                      "cmdPrev",
+                                      "cmdNext",
+                                      "cell"};
         for (const bool open : {true, false})
             for (const bool onResults : {true, false}) {
                 init();
@@ -120,9 +128,11 @@ private slots:
                 for (const QString& attempt : attempts) {
                     if (attempt.startsWith("mnu")) {
                         f_->trigger(attempt);
-                        QVERIFY(QMetaObject::invokeMethod(f_->w.get(), qPrintable(attempt + "_Click")));
+                        QVERIFY(
+                            QMetaObject::invokeMethod(f_->w.get(), qPrintable(attempt + "_Click")));
                     } else if (attempt.startsWith("cmd")) {
-                        QVERIFY(QMetaObject::invokeMethod(f_->w.get(), qPrintable(attempt + "_Click")));
+                        QVERIFY(
+                            QMetaObject::invokeMethod(f_->w.get(), qPrintable(attempt + "_Click")));
                     } else if (attempt == "cell") {
                         grid()->setCurrentCell(3, 5);
                         const QRect cell = grid()->visualRect(grid()->model()->index(2, 3));

@@ -182,25 +182,6 @@ int main(int argc, char** argv) {
         return grabbed ? 0 : 1;
     }
     std::fprintf(stderr, "window %dx%d\n", window.width(), window.height());
-    std::function<void(QLayout*, int)> dumpLayout = [&](QLayout* l, int depth) {
-        for (int i = 0; i < l->count(); ++i) {
-            QLayoutItem* it = l->itemAt(i);
-            const QRect g = it->geometry();
-            std::fprintf(stderr, "%*s%s %d,%d %dx%d\n", depth * 2, "",
-                         it->widget() ? qPrintable(it->widget()->objectName())
-                                      : (it->layout() ? "layout" : "spacer"),
-                         g.x(), g.y(), g.width(), g.height());
-            if (it->layout())
-                dumpLayout(it->layout(), depth + 1);
-        }
-    };
-    if (qEnvironmentVariableIsSet("DUMPL"))
-        dumpLayout(window.findChild<QWidget*>("inputContent")->layout(), 0);
-    if (qEnvironmentVariableIsSet("DUMP"))
-        for (QWidget* w : window.findChildren<QWidget*>())
-            if (w->isVisible() && !w->objectName().isEmpty())
-                std::fprintf(stderr, "%s %d,%d %dx%d\n", qPrintable(w->objectName()), w->x(),
-                             w->y(), w->width(), w->height());
     const bool saved = shown->grab().save(QString::fromLocal8Bit(argv[2]));
     const bool plotted =
         plot.isEmpty() || rainfold::ui::WritePdf(plot, [&](rainfold::DrawingSurface& s) {

@@ -10,6 +10,7 @@
 #include <QPrintDialog>
 #include <QScreen>
 #include <QScrollArea>
+#include <QStyle>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -138,7 +139,13 @@ void frmPreview::fitToScreen() {
     const QRect area = screen->availableGeometry();
     const QSize room =
         area.size() - QSize(2 * fontMetrics().averageCharWidth(), 3 * fontMetrics().height());
-    resize(size().boundedTo(room));
+    QSize fitted = size().boundedTo(room);
+    // A page cut short in height scrolls up and down; its scroll bar takes room beside the page,
+    // not from it.
+    if (fitted.height() < height())
+        fitted.setWidth(std::min(
+            room.width(), fitted.width() + style()->pixelMetric(QStyle::PM_ScrollBarExtent)));
+    resize(fitted);
     const int x = std::clamp(this->x(), area.left(), std::max(area.left(), area.right() - width()));
     move(x, std::max(y(), area.top()));
 }

@@ -26,6 +26,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QStatusBar>
+#include <QStyle>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTime>
@@ -98,8 +99,11 @@ void ROAnalysis::fitToScreen() {
     const QRect screenArea = screen() ? screen()->availableGeometry() : QRect(0, 0, 1280, 720);
     const QSize room = screenArea.size() - titleRoom;
     setMinimumSize(
-        QSize(48 * metrics.averageCharWidth(), 26 * metrics.lineSpacing()).boundedTo(room));
-    resize(sizeHint().expandedTo(minimumSize()).boundedTo(room));
+        QSize(64 * metrics.averageCharWidth(), 30 * metrics.lineSpacing()).boundedTo(room));
+    QSize wanted = sizeHint();
+    if (wanted.height() > room.height()) // the pages scroll up and down, beside their scroll bar
+        wanted.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 2;
+    resize(wanted.expandedTo(minimumSize()).boundedTo(room));
 }
 
 ROAnalysis::~ROAnalysis() = default;

@@ -7,7 +7,14 @@
 #include <algorithm>
 
 namespace {
-constexpr int kSpacing = 4; // between rows, and between a caption and the first column's box
+
+constexpr int kSpacing = 3; // between rows, and between a caption and the first column's box
+
+// A box of a fixed width keeps it; anything else asks for its text's width.
+int WidthOf(const QWidget* w) {
+    return w->maximumWidth() < QWIDGETSIZE_MAX ? w->maximumWidth() : w->sizeHint().width();
+}
+
 } // namespace
 
 ColumnAlignedRows::ColumnAlignedRows(QTableView* grid, QWidget* parent)
@@ -63,7 +70,7 @@ int ColumnAlignedRows::cellWidth() const {
     int width = 0;
     for (const Row& row : rows_)
         for (const QWidget* cell : row.cells)
-            width = std::max(width, cell->sizeHint().width());
+            width = std::max(width, WidthOf(cell));
     return width;
 }
 
@@ -106,7 +113,7 @@ void ColumnAlignedRows::place() {
             QWidget* cell = row.cells[k];
             // A box keeps its own width; a label takes the column's, its text centred in it.
             const bool fixed = cell->maximumWidth() < QWIDGETSIZE_MAX;
-            const int w = fixed ? std::min(cell->sizeHint().width(), width) : width;
+            const int w = fixed ? std::min(WidthOf(cell), width) : width;
             const int h = cell->sizeHint().height();
             cell->setGeometry(x + (width - w) / 2, y + (height - h) / 2, w, h);
         }

@@ -140,18 +140,27 @@ ResultsView::ResultsView(QWidget* parent) : QWidget(parent) {
     averages->addRow(Caption(frame, QStringLiteral("Weighted Average Percent Runoff")),
                      {txtWARP[0], txtWARP[1], txtWARP[2]}, 3);
 
-    // Columns wide enough for the longer half of a wrapped heading, for a value box, and
-    // together for the captions of the first three; rows as tall as a line and its margins.
+    // Columns wide enough for a value box, together for the captions of the first three, and
+    // for the longest word of a heading: a heading wraps onto as many lines as it needs, and the
+    // header is as tall as the tallest heading at that width. Rows as tall as a line and a margin.
     const QFontMetrics metrics(msgResults->font());
+    const QFontMetrics headings(header->font());
     const int margin = 2 * (style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header) + 2);
     int column = std::max({summary->cellWidth(), averages->cellWidth()}) + 4;
-    for (const char* line : {"System Length", "Wetted Diameter", "Surface Storage", "1000 (gpm)"})
-        column = std::max(column, metrics.horizontalAdvance(QString::fromLatin1(line)) + margin);
     const int captions = std::max(summary->captionWidth(), averages->captionWidth());
     column = std::max(column, (captions + 2) / 3 + 1);
+    const QStringList texts = fixed + QStringList{QStringLiteral("1000 (gpm)")};
+    for (const QString& word : texts.join(QLatin1Char(' ')).split(QLatin1Char(' ')))
+        column = std::max(column, headings.horizontalAdvance(word) + margin);
+    int tallest = 0;
+    for (const QString& text : texts)
+        tallest = std::max(tallest, headings
+                                        .boundingRect(QRect(0, 0, column - margin, 10000),
+                                                      Qt::AlignCenter | Qt::TextWordWrap, text)
+                                        .height());
     header->setMinimumSectionSize(column);
-    header->setMinimumHeight(2 * header->fontMetrics().lineSpacing() + margin + 4);
-    const int row = metrics.height() + 8;
+    header->setMinimumHeight(tallest + margin + 4);
+    const int row = metrics.height() + 4;
     msgResults->verticalHeader()->setMinimumSectionSize(row);
     msgResults->setMinimumSize(6 * column + 2 * msgResults->frameWidth(),
                                header->minimumHeight() + 10 * row + 2 * msgResults->frameWidth());
