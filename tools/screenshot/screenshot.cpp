@@ -33,9 +33,7 @@
 #include <QTest>
 #include <QTimer>
 
-#include <QLayout>
 #include <cstdio>
-#include <functional>
 #include <string>
 
 int main(int argc, char** argv) {
