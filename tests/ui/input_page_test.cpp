@@ -149,6 +149,16 @@ private slots:
                          c.headings);
                 QCOMPARE(QList<int>({grid->columnWidth(1), grid->columnWidth(2), grid->width()}),
                          QList<int>({c.columnWidth, c.columnWidth, c.tableWidth}));
+                // The table's hover hint, shown through its cells: over a label and a value.
+                for (const QTableWidgetItem* item : {grid->item(10, 0), grid->item(1, 2)}) {
+                    QToolTip::hideText();
+                    const QPoint at = grid->visualItemRect(item).center();
+                    QHelpEvent hover(QEvent::ToolTip, at, grid->viewport()->mapToGlobal(at));
+                    QApplication::sendEvent(grid->viewport(), &hover);
+                    QCOMPARE(QToolTip::text(), grid->toolTip());
+                }
+                QCOMPARE(grid->toolTip(), QStringLiteral("Enter the surface storage parameters "
+                                                         "for slope and residue."));
             }
         }
     }

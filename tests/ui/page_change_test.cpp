@@ -1,8 +1,10 @@
 // What the results page shows always belongs to the design and model in use: the page change and
-// the model toggled on "Results", the cell made current, what is printed, and an edit still open
-// in the segment table. Expected pages and charts come from tests/data/results_page.py.
+// the model toggled on "Results", the cell made current and the keyboard there, what is printed,
+// Open and New over results, the same page on a German desktop, and an edit still open in the
+// segment table. Expected pages and charts come from tests/data/results_page.py.
 
 #include "ResultsPageFixture.h"
+#include "dialogs/frmPreview.h"
 
 #include "design_file.h"
 #include "printout.h"
@@ -10,6 +12,8 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+
+#include <clocale>
 
 class PageChangeTest : public QObject, ResultsPage {
     Q_OBJECT
@@ -93,60 +97,103 @@ private slots:
 
     // Open (a file that opens) and New on "Results" turn to "Input Data" first. Afterwards, from
     // either page, nothing prints, plots, charts or recomputes the old design or the new one
-    // before it is checked: not the menus, the toolbar, the slot buttons nor the table.
+    // before it is checked: not the menus (nor their handlers called directly), the toolbar, the
+    // slot buttons nor the table.
     void resultsNeverOutliveTheirDesign() {
         QTemporaryDir dir;
         const QString file = dir.filePath("other.rfd");
         QVERIFY(rainfold::SaveDesign(QFile::encodeName(file).toStdString(), kResultsDesigns[3]).ok);
-        const QStringList attempts = {"mnuFilePrintPreview",
-                                      "mnuFilePrint",
-                                      "mnuFilePlotPreview",
-                                      "mnuFilePlot",
-                                      "Preview",
-                                      "Print",
-                                      "Plot Preview",
-                                      "Drawing",
-                                      "cmdPrev",
-                                      "cmdNext",
-                                      "cell"};
-        for (const bool open : {true, false})
+        const Texts attempts = {"mnuFilePrintPreview",
+                                "mnuFilePrint",
+                                "mnuFilePlotPreview",
+                                "mnuFilePlot",
+                                "cmdPrev",
+                                "cmdNext",
+                                "Preview",
+                                "Print",
+                                "Plot Preview",
+                                "Drawing",
+                                "cell"};
+        for (const char* command : {"mnuFileOpen", "mnuFileNew"})
             for (const bool onResults : {true, false}) {
                 init();
                 int windows = 0; // previews and print dialogs
-                ModalAnswer answer({}, [&windows](QWidget* modal) {
-                    ++windows;
-                    modal->close();
-                });
+                ModalAnswer answer({}, [&windows](QWidget* modal) { ++windows, modal->close(); });
                 turnToResults(kResultsDesigns[0]);
-                if (!onResults)
-                    tabs()->setCurrentIndex(0);
+                tabs()->setCurrentIndex(onResults ? 1 : 0);
                 f_->w->setFileDialog([&](QWidget*, const FileDialogRequest&) { return file; });
-                f_->trigger(open ? "mnuFileOpen" : "mnuFileNew");
-                QCOMPARE(tabs()->currentIndex(), 0);
-                QCOMPARE(f_->field("txtWetDiam")->text(), QString(open ? "6" : ""));
+                f_->trigger(command);
+                QCOMPARE(f_->field("txtWetDiam")->text(), QString(command[7] == 'O' ? "6" : ""));
                 const Texts shown = page() << location() << navigation();
                 for (const QString& attempt : attempts) {
-                    if (attempt.startsWith("mnu")) {
+                    if (attempt.startsWith("mnu"))
                         f_->trigger(attempt);
-                        QVERIFY(
-                            QMetaObject::invokeMethod(f_->w.get(), qPrintable(attempt + "_Click")));
-                    } else if (attempt.startsWith("cmd")) {
-                        QVERIFY(
-                            QMetaObject::invokeMethod(f_->w.get(), qPrintable(attempt + "_Click")));
-                    } else if (attempt == "cell") {
-                        grid()->setCurrentCell(3, 5);
-                        const QRect cell = grid()->visualRect(grid()->model()->index(2, 3));
-                        QTest::mouseClick(grid()->viewport(), Qt::LeftButton, {}, cell.center());
-                    } else {
+                    if (attempt.startsWith("mnu") || attempt.startsWith("cmd"))
+                        QMetaObject::invokeMethod(f_->w.get(), qPrintable(attempt + "_Click"));
+                    else if (attempt != "cell")
                         f_->w->tbToolBar_ButtonClick(attempt);
-                    }
+                    else
+                        QTest::mouseClick(
+                            grid()->viewport(), Qt::LeftButton, {},
+                            grid()->visualRect(grid()->model()->index(2, 3)).center());
                     QApplication::processEvents();
-                    QCOMPARE(windows, 0);
-                    QCOMPARE(tabs()->currentIndex(), 0);
+                    QCOMPARE(
+                        Texts({QString::number(windows), QString::number(tabs()->currentIndex())}),
+                        Texts({"0", "0"}));
                 }
                 QCOMPARE(page() << location() << navigation(), shown);
                 QVERIFY(answer.boxes.empty());
             }
+    }
+
+    // A German desktop (a decimal comma, a point between thousands) sees what an English one
+    // sees: the results page with its chart, the printed report and plot pixel for pixel, a saved
+    // design file byte for byte; only the status bar's date follows the desktop. The locale is
+    // switched inside the program, where the C library and where Qt read it.
+    void sameOnAGermanDesktop() {
+        struct Shown {
+            Texts page;
+            QImage pages[3]; // the results page, the report's and the plot's preview
+            QByteArray file;
+            QString date;
+        } shown[2];
+        QTemporaryDir dir;
+        for (const bool german : {true, false}) {
+            Shown& seen = shown[german];
+            QVERIFY(std::setlocale(LC_ALL, german ? "de_DE.UTF-8" : "C"));
+            QLocale::setDefault(german ? QLocale(QLocale::German, QLocale::Germany) : QLocale::c());
+            init();
+            ModalAnswer none;
+            turnToResults(kResultsDesigns[2]); // contents below 1, inches, 1300 ft
+            seen.page = page() << location();
+            seen.pages[0] = tabs()->grab().toImage();
+            const rainfold::PrintInputs in = f_->w->printInputs();
+            for (const bool plot : {false, true}) {
+                frmPreview preview;
+                preview.Open(nullptr, "", [&](rainfold::DrawingSurface& s) {
+                    plot ? rainfold::PrintPlot(s, in) : rainfold::PrintReport(s, in);
+                });
+                seen.pages[1 + plot] = preview.picture().toImage();
+            }
+            f_->w->setFileDialog(
+                [&](QWidget*, const FileDialogRequest&) { return dir.filePath("de"); });
+            f_->trigger("mnuFileSave");
+            seen.file = ReadAll(dir.filePath("de"));
+            seen.date = f_->get<QLabel>("sbStatusBarDate")->text();
+            QVERIFY(none.boxes.empty());
+        }
+        QLocale::setDefault(QLocale::c());
+        const ResultsRefChart& chart = kResultsCharts[3];
+        QCOMPARE(shown[1].page, expected(kResultsPages[kG1])
+                                    << "4" << chart.txtHP << chart.txtTS << chart.txtTP);
+        QCOMPARE(shown[0].page, shown[1].page);
+        for (int k = 0; k < 3; ++k)
+            QVERIFY2(shown[0].pages[k] == shown[1].pages[k], qPrintable(QString::number(k)));
+        // The numbers as typed, with their points.
+        QVERIFY(shown[1].file.contains("\"1300\",\"800\",\"1\",\"40\"\r\n"));
+        QVERIFY(shown[1].file.contains("\"10\",\"110\",\"0.45\",\"0.25\",\"1000\",\"0.0002\""));
+        QCOMPARE(shown[0].file, shown[1].file);
+        QVERIFY(shown[0].date != shown[1].date);
     }
 
     void openEditIsCommitted() {
