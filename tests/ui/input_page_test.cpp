@@ -1,5 +1,6 @@
-// The input page: start-up state (its texts in input_page_texts.txt), notices, File > New, the
-// surface-storage options with their panels and segment labels, and the infiltration inputs.
+// The input page: start-up state (its texts in input_page_texts.txt), notices, the surface-storage
+// options with their panels and segment labels, and the infiltration inputs. File > New is in the
+// page-change test, with Open over results.
 
 #include "WindowFixture.h"
 
@@ -88,28 +89,6 @@ private slots:
         QCOMPARE(answer.lines(), Texts({"Rainfold|-|0|Add 'mnuFileClose_Click' code."}));
         QCOMPARE(answer.boxes[0].buttons, QMessageBox::StandardButtons(QMessageBox::Ok));
         QCOMPARE(opened, Texts({"frmAbout/ROAnalysis", "frmAbout/ROAnalysis"}));
-    }
-
-    void fileNewKeepsInfiltrationInputs() {
-        WindowFixture f;
-        rainfold::DesignRecord expected = SampleDesign();
-        expected.surfaceOption = rainfold::kUserVariable;
-        f.w->setDesign(expected);
-        f.field("txtSurfStore")->setText("0.3");
-        f.trigger("mnuOptionsGreenAmpt");
-
-        f.trigger("mnuFileNew");
-        for (std::string* s : {&expected.txtDescription, &expected.txtLegalID, &expected.txtCounty,
-                               &expected.txtState, &expected.txtDesigner, &expected.txtDate,
-                               &expected.txtSYL, &expected.txtGPM, &expected.txtAPPL,
-                               &expected.txtWetDiam, &expected.txtSurfStore, &expected.txtResidue})
-            s->clear();
-        expected.intakeFamilyIndex = -1;
-        expected.surfaceOption = rainfold::kConstantSlopeResidue;
-        expected.segments = {};
-        expected.greenAmpt = true;
-        QVERIFY(f.w->design() == expected);
-        QVERIFY(f.get<QTableWidget>("msgSurfStore")->isHidden());
     }
 
     void surfaceOptions() {

@@ -71,30 +71,6 @@ private slots:
             }
     }
 
-    // As in a spreadsheet: arrows move the highlighted cell and chart it, Tab leaves the table
-    // for the next control and Shift+Tab comes back.
-    void keyboardInTheTable() {
-        ModalAnswer none;
-        turnToResults(kResultsDesigns[0]);
-        const struct {
-            Qt::Key key;
-            QPoint cell; // column, row
-        } moves[] = {{Qt::Key_Up, {4, 8}},   {Qt::Key_Right, {5, 8}}, {Qt::Key_Right, {5, 8}},
-                     {Qt::Key_Left, {4, 8}}, {Qt::Key_Down, {4, 9}},  {Qt::Key_Down, {4, 9}}};
-        for (const auto& m : moves) {
-            QTest::keyClick(grid(), m.key);
-            QCOMPARE(QPoint(grid()->currentColumn(), grid()->currentRow()), m.cell);
-            QCOMPARE(colours(m.cell.y(), m.cell.x()), QStringLiteral("#0000ff #c0c0c0"));
-            QCOMPARE(text("txtCol"), QString::number(m.cell.x()));
-        }
-        QTest::keyClick(grid(), Qt::Key_Tab);
-        QCOMPARE(QApplication::focusWidget()->objectName(), QStringLiteral("txtWARP(0)"));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
-        QCOMPARE(QApplication::focusWidget(), grid());
-        QCOMPARE(QPoint(grid()->currentColumn(), grid()->currentRow()), QPoint(4, 9));
-        QVERIFY(none.boxes.empty());
-    }
-
     // Open (a file that opens) and New on "Results" turn to "Input Data" first. Afterwards, from
     // either page, nothing prints, plots, charts or recomputes the old design or the new one
     // before it is checked: not the menus (nor their handlers called directly), the toolbar, the
@@ -114,16 +90,34 @@ private slots:
                                 "Plot Preview",
                                 "Drawing",
                                 "cell"};
+        // Customised K and N, user-defined storage per segment and Green-Ampt ticked; all that
+        // New keeps is K, N, the Green-Ampt inputs and the tick.
+        rainfold::DesignRecord shownDesign = SampleDesign(), renewed = SampleDesign();
+        shownDesign.surfaceOption = rainfold::kUserVariable;
+        shownDesign.greenAmpt = renewed.greenAmpt = true;
+        for (std::string* s :
+             {&renewed.txtDescription, &renewed.txtLegalID, &renewed.txtCounty, &renewed.txtState,
+              &renewed.txtDesigner, &renewed.txtDate, &renewed.txtSYL, &renewed.txtGPM,
+              &renewed.txtAPPL, &renewed.txtWetDiam, &renewed.txtSurfStore, &renewed.txtResidue})
+            s->clear();
+        renewed.intakeFamilyIndex = -1;
+        renewed.surfaceOption = rainfold::kConstantSlopeResidue;
+        renewed.segments = {};
         for (const char* command : {"mnuFileOpen", "mnuFileNew"})
             for (const bool onResults : {true, false}) {
                 init();
                 int windows = 0; // previews and print dialogs
                 ModalAnswer answer({}, [&windows](QWidget* modal) { ++windows, modal->close(); });
-                turnToResults(kResultsDesigns[0]);
+                turnToResults(shownDesign, {"txtSurfStore=0.3"});
+                QCOMPARE(tabs()->currentIndex(), 1);
                 tabs()->setCurrentIndex(onResults ? 1 : 0);
                 f_->w->setFileDialog([&](QWidget*, const FileDialogRequest&) { return file; });
                 f_->trigger(command);
-                QCOMPARE(f_->field("txtWetDiam")->text(), QString(command[7] == 'O' ? "6" : ""));
+                if (command[7] == 'N')
+                    QVERIFY(f_->w->design() == renewed);
+                else
+                    QCOMPARE(f_->field("txtWetDiam")->text(), QStringLiteral("6"));
+                QVERIFY(f_->get<QTableWidget>("msgSurfStore")->isHidden()); // constant options
                 const Texts shown = page() << location() << navigation();
                 for (const QString& attempt : attempts) {
                     if (attempt.startsWith("mnu"))

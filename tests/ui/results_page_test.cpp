@@ -157,47 +157,27 @@ private slots:
         QVERIFY(answer.boxes.empty());
     }
 
-    void slotButtonsAndRecomputation() {
-        // From slot 2 of design A. A button that hides itself hands the focus to the other one.
-        init();
-        ModalAnswer answer;
-        turnToResults(kResultsDesigns[0]);
-        const auto click = [this](const char* name, const Texts& shown, const char* focus) {
-            QTest::mouseClick(button(name), Qt::LeftButton);
-            QCOMPARE(navigation(), shown);
-            QCOMPARE(f_->w->focusWidget()->objectName(), QString(focus));
-            QCOMPARE(Texts({QString::number(grid()->currentColumn()), text("txtCol"),
-                            colours(grid()->currentRow(), 4)}),
-                     Texts({"4", "4", "#0000ff #c0c0c0"}));
-        };
-        click("cmdNext", {"3", "1.5 NRCS Intake Family", "1.0 Intake", "-"}, "cmdPrev");
-        QCOMPARE(page(), expected(kResultsPages[kA3]));
-        click("cmdPrev", {"2", "1.0 NRCS Intake Family", "0.5 Intake", "1.5 Intake"}, "cmdPrev");
-        click("cmdPrev", {"1", "0.5 NRCS Intake Family", "-", "1.0 Intake"}, "cmdNext");
-        QCOMPARE(page(), expected(kResultsPages[kA1]));
-
-        // At the end of the list the slot stays, yet the design is computed again as it now stands.
-        f_->field("txtGPM")->setText("1000");
-        f_->w->cmdPrev_Click();
-        QCOMPARE(Texts({text("txtIC"), text("lblGPM1"), text("lblGPM2"), text("lblGPM3")}),
-                 Texts({"1", "900", "1000", "1100"}));
-        QVERIFY(answer.boxes.empty());
-    }
-
     // Every caption, unit, heading and button text for each slot and both models, in one pass
-    // over results_page_texts.txt. With the pages compared whole against the reference (the
-    // page-change test) and each heading's place over its column (the layout test), the column
-    // under a capacity's heading holds that capacity's runoff.
-    void textsAndColumns() {
+    // over results_page_texts.txt, each state reached as the user does. With the pages compared
+    // whole against the reference and each heading's place over its column (the layout test),
+    // the column under a capacity's heading holds that capacity's runoff. A slot button computes
+    // the page again, makes column 4 current and keeps the focus on a button: the other one when
+    // it hides itself.
+    void slotsAndModels() {
         const Texts lines = QString::fromUtf8(ReadAll(RAINFOLD_RESULTS_TEXTS)).split('\n');
         const struct {
             QString state;
             int design, family;         // the design's own list entry when -2
             QList<const char*> buttons; // pressed to reach the state from the one before
-        } states[] = {
-            {"A2", 0, -2, {}}, {"A3", 0, -2, {"cmdNext"}}, {"A1", 0, -2, {"cmdPrev", "cmdPrev"}},
-            {"F1", 0, 0, {}},  {"F7", 0, 6, {}},           {"G", 2, -2, {}},
-            {"G4", 2, 3, {}}};
+            const char* focus;
+            int page;
+        } states[] = {{"A2", 0, -2, {}, nullptr, kA2},
+                      {"A3", 0, -2, {"cmdNext"}, "cmdPrev", kA3},
+                      {"A1", 0, -2, {"cmdPrev", "cmdPrev"}, "cmdNext", kA1},
+                      {"F7", 0, 6, {}, nullptr, -1},
+                      {"G", 2, -2, {}, nullptr, kG1},
+                      {"G4", 2, 3, {}, nullptr, -1},
+                      {"F1", 0, 0, {}, nullptr, -1}};
         ModalAnswer none;
         int checked = 0;
         for (const auto& s : states) {
@@ -214,8 +194,20 @@ private slots:
                     QCOMPARE(describe(line.split('|').mid(1)), line.section('|', 1));
                     ++checked;
                 }
+            if (s.page >= 0)
+                QCOMPARE(page(), expected(kResultsPages[s.page]));
+            if (s.focus)
+                QCOMPARE(Texts({f_->w->focusWidget()->objectName(),
+                                QString::number(grid()->currentColumn()), text("txtCol"),
+                                colours(grid()->currentRow(), 4)}),
+                         Texts({s.focus, "4", "4", "#0000ff #c0c0c0"}));
         }
         QVERIFY(checked > 60);
+        // At the end of the list the slot stays, yet the design is computed again as it stands.
+        f_->field("txtGPM")->setText("1000");
+        f_->w->cmdPrev_Click();
+        QCOMPARE(Texts({text("txtIC"), text("lblGPM1"), text("lblGPM2"), text("lblGPM3")}),
+                 Texts({"1", "900", "1000", "1100"}));
         QVERIFY(none.boxes.empty());
     }
 
@@ -232,15 +224,28 @@ private slots:
             QVERIFY(!f_->get<QGroupBox>("frmLocation")->isHidden());
             // Both curves and the ponding marker; the storage marker is one series more.
             QCOMPARE(view->chart()->series().size(), ref.storage ? 4 : 3);
+            // As in a spreadsheet: the arrows move the highlighted, charted cell (not past the
+            // edge), Tab leaves the table for the next control and Shift+Tab comes back.
+            for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Down, Qt::Key_Right})
+                QTest::keyClick(grid(), key);
+            const QPoint moved(std::min(ref.column + 2, 5), std::min(ref.row + 1, 9));
+            QCOMPARE(QPoint(grid()->currentColumn(), grid()->currentRow()), moved);
+            QCOMPARE(colours(moved.y(), moved.x()) + text("txtCol"),
+                     "#0000ff #c0c0c0" + QString::number(moved.x()));
+            QTest::keyClick(grid(), Qt::Key_Tab);
+            QCOMPARE(QApplication::focusWidget()->objectName(), QStringLiteral("txtWARP(0)"));
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+            QCOMPARE(QApplication::focusWidget(), grid());
 
             // A cell of the first three columns: not highlighted, nothing redrawn, the column
             // noted.
             QChart* drawn = view->chart();
-            const int row = ref.row == 0 ? 1 : 0;
+            const Texts numbers = location().mid(1);
+            const int row = moved.y() == 0 ? 1 : 0;
             clickCell(row, 2);
-            QCOMPARE(colours(ref.row, ref.column), QStringLiteral("default"));
+            QCOMPARE(colours(moved.y(), moved.x()), QStringLiteral("default"));
             QCOMPARE(colours(row, 2), QStringLiteral("default"));
-            QCOMPARE(location(), Texts({"2", ref.txtHP, ref.txtTS, ref.txtTP}));
+            QCOMPARE(location(), Texts{"2"} << numbers);
             QCOMPARE(view->chart(), drawn);
             QVERIFY(answer.boxes.empty());
         }
