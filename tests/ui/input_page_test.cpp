@@ -1,6 +1,6 @@
 // The input page: start-up state (its texts in input_page_texts.txt), notices, the surface-storage
 // options with their panels and segment labels, and the infiltration inputs. File > New is in the
-// page-change test, with Open over results.
+// results-page test, with Open over results.
 
 #include "WindowFixture.h"
 

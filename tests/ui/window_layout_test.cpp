@@ -2,7 +2,8 @@
 // family and in DejaVu Sans, on a 1280 x 720 screen (1920 x 1080 at 150 %, or 1366 x 768 less a
 // panel), at the size the window opens with and at its least size. No text is cut off, no
 // control lies over another, nothing lies beyond the screen but what its page scrolls; each
-// capacity heading and value box of the results page stands in its own column of the table.
+// capacity heading and value box of the results page stands in its own column of the table; a
+// maximised window gives its room to the results table and the chart.
 
 #include "DesignExplorer.h"
 #include "LayoutCheck.h"
@@ -89,7 +90,9 @@ private slots:
     void everyWindow() {
         // The input page with every optional control shown (K and N, Green-Ampt and its
         // marker) and a storage panel or the cell editor open; the results page of an intake
-        // family (design 0) and of Green-Ampt (2), then their previews and the About box.
+        // family (design 0) and of Green-Ampt (2), then their previews and the About box; the
+        // Design Explorer, whose own layout is being reworked elsewhere, only when
+        // RAINFOLD_CHECK_EXPLORER is set.
         const struct {
             const char *option, *focus; // a field, or the segment column edited
             const char *length, *panel;
@@ -99,13 +102,20 @@ private slots:
                       {"mnuOptionsSR2", "txtSurfStore", "1287", "frmSurfStore"},
                       {"mnuOptionsSR2", "txtResidue", "1287", "frmResidueStore"},
                       {"results", "0", "", nullptr},
-                      {"results", "2", "", nullptr}};
+                      {"results", "2", "", nullptr},
+                      {"explorer", "0", "", nullptr}};
         // The residue label stays behind the table; the editor lies on its cell.
         const QList<QSet<QString>> meant = {{"lblResidue", "msgSurfStore"},
                                             {"txtEdit", "msgSurfStore"}};
+        if (!qEnvironmentVariableIsSet("RAINFOLD_CHECK_EXPLORER"))
+            qInfo("the Design Explorer is left out: RAINFOLD_CHECK_EXPLORER is not set");
         for (const QFont& font : fonts())
             for (const bool least : {false, true})
                 for (const auto& c : scenes) {
+                    const QString option = c.option;
+                    if (option == "explorer" &&
+                        (least || !qEnvironmentVariableIsSet("RAINFOLD_CHECK_EXPLORER")))
+                        continue;
                     const QString context = QStringLiteral("%1 %2 pt%3, %4 %5")
                                                 .arg(font.family())
                                                 .arg(font.pointSize())
@@ -118,67 +128,51 @@ private slots:
                     };
                     open(font, least);
                     ModalAnswer none;
-                    if (QString(c.option) == "results") {
+                    if (option == "explorer") {
+                        f_->put(kResultsDesigns[0]);
+                        f_->trigger("mnuToolsDesignExplorer");
+                        auto* explorer = f_->w->findChild<DesignExplorer*>();
+                        explorer->move(screen_.topLeft());
+                        QTRY_VERIFY_WITH_TIMEOUT(!explorer->computing(), 20000);
+                        check(explorer);
+                    } else if (option == "results") {
                         turnToResults(kResultsDesigns[QString(c.focus).toInt()]);
                         QCOMPARE(tabs()->currentIndex(), 1);
                         check(f_->w.get(), offColumn());
                         if (!least && !QTest::currentTestFailed())
                             checkPreviewsAndAbout(check);
-                        if (QTest::currentTestFailed())
-                            return;
-                        continue;
-                    }
-                    f_->get<QComboBox>("cboIntakeFamily")
-                        ->setCurrentIndex(rainfold::kCustomizedValuesIndex);
-                    f_->trigger("mnuOptionsGreenAmpt");
-                    f_->field("txtSYL")->setText(c.length);
-                    f_->trigger(c.option);
-                    auto* table = f_->get<QTableWidget>("msgSurfStore");
-                    if (c.focus[0] == 't') {
-                        f_->focus(c.focus);
                     } else {
-                        table->setCurrentCell(5, QString(c.focus).toInt());
-                        f_->focus("msgSurfStore");
-                        QTest::keyClick(table, Qt::Key_X);
-                        QCOMPARE(f_->field("txtEdit")->fontInfo().pointSizeF(),
-                                 table->fontInfo().pointSizeF());
+                        f_->get<QComboBox>("cboIntakeFamily")
+                            ->setCurrentIndex(rainfold::kCustomizedValuesIndex);
+                        f_->trigger("mnuOptionsGreenAmpt");
+                        f_->field("txtSYL")->setText(c.length);
+                        f_->trigger(c.option);
+                        auto* table = f_->get<QTableWidget>("msgSurfStore");
+                        if (c.focus[0] == 't') {
+                            f_->focus(c.focus);
+                        } else {
+                            table->setCurrentCell(5, QString(c.focus).toInt());
+                            f_->focus("msgSurfStore");
+                            QTest::keyClick(table, Qt::Key_X);
+                            QCOMPARE(f_->field("txtEdit")->fontInfo().pointSizeF(),
+                                     table->fontInfo().pointSizeF());
+                        }
+                        QVERIFY(!c.panel || !f_->get(c.panel)->isHidden());
+                        check(f_->w.get());
                     }
-                    QVERIFY(!c.panel || !f_->get(c.panel)->isHidden());
-                    check(f_->w.get());
                     if (QTest::currentTestFailed())
                         return;
                 }
-    }
-
-    // Maximised, the table and the chart take the room: nothing is left floating in a corner.
-    void maximised() {
+        // Maximised, the table reaches down to the averages under it and the chart to the page's
+        // right edge: nothing is left floating in a corner.
         open(original_, false);
-        ModalAnswer none;
         turnToResults(kResultsDesigns[0]);
         f_->w->showMaximized();
         QTRY_VERIFY(f_->w->width() > 1200 && f_->w->height() > 650);
-        // The table reaches down to the averages under it, the chart to the page's right edge.
         const QWidget* page = f_->w->resultsView();
         const QWidget* chart = f_->get("MSChart1");
         QVERIFY(grid()->mapTo(page, QPoint(0, grid()->height())).y() > page->height() - 80);
         QVERIFY(chart->mapTo(page, QPoint(chart->width(), 0)).x() > page->width() - 30);
-    }
-
-    // The Design Explorer's own layout is being reworked elsewhere: checked only when
-    // RAINFOLD_CHECK_EXPLORER is set.
-    void explorerWhenAsked() {
-        if (!qEnvironmentVariableIsSet("RAINFOLD_CHECK_EXPLORER"))
-            QSKIP("the explorer's layout is checked when RAINFOLD_CHECK_EXPLORER is set");
-        for (const QFont& font : fonts()) {
-            open(font, false);
-            f_->put(kResultsDesigns[0]);
-            f_->trigger("mnuToolsDesignExplorer");
-            auto* explorer = f_->w->findChild<DesignExplorer*>();
-            explorer->move(screen_.topLeft());
-            QTRY_VERIFY_WITH_TIMEOUT(!explorer->computing(), 20000);
-            const QStringList problems = layout_check::Problems(explorer, screen_);
-            QVERIFY2(problems.isEmpty(), qPrintable(font.toString() + ": " + problems.join("; ")));
-        }
     }
 };
 
