@@ -97,6 +97,7 @@ private slots:
             const char *option, *focus; // a field, or the segment column edited
             const char *length, *panel;
         } scenes[] = {{"mnuOptionsSR1", "2", "1287", nullptr},
+                      {"mnuOptionsSR1", "1", "1287", nullptr},
                       {"mnuOptionsSR3", "1", "2999.9", "frmSurfStore"},
                       {"mnuOptionsSR3", "2", "2999.9", "frmResidueStore"},
                       {"mnuOptionsSR2", "txtSurfStore", "1287", "frmSurfStore"},
@@ -157,7 +158,11 @@ private slots:
                             QCOMPARE(f_->field("txtEdit")->fontInfo().pointSizeF(),
                                      table->fontInfo().pointSizeF());
                         }
-                        QVERIFY(!c.panel || !f_->get(c.panel)->isHidden());
+                        // Only the panel of the column or field, and only under a user-defined
+                        // option.
+                        for (const char* panel : {"frmSurfStore", "frmResidueStore"})
+                            QCOMPARE(f_->get(panel)->isHidden(),
+                                     !c.panel || strcmp(c.panel, panel));
                         check(f_->w.get());
                     }
                     if (QTest::currentTestFailed())
