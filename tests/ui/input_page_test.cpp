@@ -174,40 +174,19 @@ private slots:
         }
     }
 
-    void storagePanels() {
-        const Texts wet = {"frmWetDiam"};
-        const struct {
-            const char *option, *field;
-            Texts inside, after; // panels shown while the field has the focus, and once it has left
-        } cases[] = {
-            {"mnuOptionsSR0", "txtSurfStore", wet, wet},
-            {"mnuOptionsSR0", "txtResidue", wet, wet},
-            {"mnuOptionsSR2", "txtSurfStore", {"frmSurfStore", "frmWetDiam"}, wet},
-            {"mnuOptionsSR2", "txtResidue", {"frmResidueStore", "frmWetDiam"}, wet},
-            {"mnuOptionsSR2", "txtWetDiam", wet, {}},
-        };
-        for (const auto& c : cases) {
+    // A storage panel leaves with the focus; the wetted-diameter panel, once left, stays hidden.
+    // Which panel comes with which field is checked with the layout of every window.
+    void panelsLeaveWithTheFocus() {
+        for (const char* field : {"txtSurfStore", "txtResidue", "txtWetDiam"}) {
             WindowFixture f;
             QVERIFY(f.active);
-            auto shown = [&f] {
-                Texts names;
-                for (const char* name : {"frmSurfStore", "frmResidueStore", "frmWetDiam"})
-                    if (!f.get(name)->isHidden())
-                        names << name;
-                return names;
-            };
-            f.get("frmResidueStore")->move(0, 0);
-            f.trigger(c.option);
-            f.focus(c.field);
-            QCOMPARE(shown(), c.inside);
-            if (QByteArray(c.field) == "txtResidue") { // beside the fields, level with the first
-                QVERIFY(f.get("frmResidueStore")->x() > f.get("txtResidue")->geometry().right());
-                QCOMPARE(f.get("frmResidueStore")->y(), f.get("txtSurfStore")->y());
-            }
+            f.trigger("mnuOptionsSR2");
+            f.focus(field);
             f.focus("txtDate");
-            QCOMPARE(shown(), c.after);
-            f.focus(c.field); // the wetted-diameter panel does not come back
-            QCOMPARE(shown().contains("frmWetDiam"), QByteArray(c.field) != "txtWetDiam");
+            f.focus(field);
+            f.focus("txtDate");
+            QVERIFY(f.get("frmSurfStore")->isHidden() && f.get("frmResidueStore")->isHidden());
+            QCOMPARE(f.get("frmWetDiam")->isHidden(), QByteArray(field) == "txtWetDiam");
         }
     }
 

@@ -100,6 +100,7 @@ private slots:
                       {"mnuOptionsSR1", "1", "1287", nullptr},
                       {"mnuOptionsSR3", "1", "2999.9", "frmSurfStore"},
                       {"mnuOptionsSR3", "2", "2999.9", "frmResidueStore"},
+                      {"mnuOptionsSR0", "txtResidue", "1287", nullptr},
                       {"mnuOptionsSR2", "txtSurfStore", "1287", "frmSurfStore"},
                       {"mnuOptionsSR2", "txtResidue", "1287", "frmResidueStore"},
                       {"results", "0", "", nullptr},
