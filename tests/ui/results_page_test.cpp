@@ -261,54 +261,91 @@ private slots:
             QVERIFY(answer.boxes.empty());
         }
     }
+    // Design A (an intake family) or G, its model ticked or not on "Results" after the first page
+    // change showed the other model. G is shown again on a German desktop (a decimal comma, a
+    // point between thousands, the locale switched where the C library and where Qt read it): the
+    // results page with its chart and the printed report and plot are the same pixel for pixel,
+    // a saved design file byte for byte; only the status bar's date follows the desktop.
     void resultsFollowTheModel() {
-        // Design A (an intake family) or G, its model ticked or not on "Results" after the first
-        // page change showed the other model.
-        for (const bool green : {false, true})
-            for (const bool toggle : {false, true}) {
-                init();
-                rainfold::DesignRecord d = kResultsDesigns[green ? 2 : 0];
-                d.greenAmpt = green != toggle;
-                ModalAnswer none;
-                turnToResults(d);
-                if (toggle)
-                    f_->trigger("mnuOptionsGreenAmpt");
-                QVERIFY(none.boxes.empty());
-                QCOMPARE(tabs()->currentIndex(), 1);
-                // A family opens on its second slot; Green-Ampt has one slot and no buttons.
-                QCOMPARE(navigation(), green ? Texts({"1", "Green and Ampt Infiltration", "-", "-"})
-                                             : Texts({"2", "1.0 NRCS Intake Family", "0.5 Intake",
-                                                      "1.5 Intake"}));
-                const ResultsRefPage& p = kResultsPages[green ? kG1 : kA2];
-                QCOMPARE(page(), expected(p));
-                // The cell made current: row 10, column 4, with its chart's "Location" numbers.
-                const ResultsRefChart& r = kResultsCharts[green ? 3 : 0];
-                QCOMPARE(QPoint(grid()->currentColumn(), grid()->currentRow()), QPoint(4, 9));
-                QCOMPARE(colours(9, 4), QStringLiteral("#0000ff #c0c0c0"));
-                QCOMPARE(location(), Texts({"4", r.txtHP, r.txtTS, r.txtTP}));
-                // The keyboard starts on that cell.
-                QCOMPARE(QApplication::focusWidget(), grid());
+        struct Shown {
+            QImage pages[3]; // the results page, the report's and the plot's preview
+            QByteArray file;
+            QString date;
+        } shown[2];
+        QTemporaryDir dir;
+        for (const auto [green, toggle, german] : {std::tuple{false, false, false},
+                                                   {false, true, false},
+                                                   {true, true, false},
+                                                   {true, false, true},
+                                                   {true, false, false}}) {
+            QVERIFY(std::setlocale(LC_ALL, german ? "de_DE.UTF-8" : "C"));
+            QLocale::setDefault(german ? QLocale(QLocale::German, QLocale::Germany) : QLocale::c());
+            init();
+            rainfold::DesignRecord d = kResultsDesigns[green ? 2 : 0];
+            d.greenAmpt = green != toggle;
+            ModalAnswer none;
+            turnToResults(d);
+            if (toggle)
+                f_->trigger("mnuOptionsGreenAmpt");
+            QVERIFY(none.boxes.empty());
+            QCOMPARE(tabs()->currentIndex(), 1);
+            // A family opens on its second slot; Green-Ampt has one slot and no buttons.
+            QCOMPARE(navigation(),
+                     green ? Texts({"1", "Green and Ampt Infiltration", "-", "-"})
+                           : Texts({"2", "1.0 NRCS Intake Family", "0.5 Intake", "1.5 Intake"}));
+            const ResultsRefPage& p = kResultsPages[green ? kG1 : kA2];
+            QCOMPARE(page(), expected(p));
+            // The cell made current: row 10, column 4, with its chart's "Location" numbers; the
+            // keyboard starts there.
+            const ResultsRefChart& r = kResultsCharts[green ? 3 : 0];
+            QCOMPARE(QPoint(grid()->currentColumn(), grid()->currentRow()), QPoint(4, 9));
+            QCOMPARE(colours(9, 4), QStringLiteral("#0000ff #c0c0c0"));
+            QCOMPARE(location(), Texts({"4", r.txtHP, r.txtTS, r.txtTP}));
+            QCOMPARE(QApplication::focusWidget(), grid());
 
-                // The report and the plot name that case: capacity as entered, distance, runoff.
-                const rainfold::PrintInputs in = f_->w->printInputs();
-                const auto written = [&in](auto print) {
-                    rainfold::RecordingSurface surface;
-                    print(surface, in);
-                    Texts texts;
-                    for (const rainfold::SurfaceOp& op : surface.ops())
-                        if (op.kind == rainfold::SurfaceOp::Text)
-                            texts << QString::fromStdString(op.text);
-                    return texts;
-                };
-                const QString capacity = "System Capacity = " + QString(d.txtGPM.c_str()) + " gpm";
-                QVERIFY(written(rainfold::PrintReport).contains(capacity));
-                const Texts plotted = written(rainfold::PrintPlot);
-                for (const QString& line :
-                     {capacity, "  at " + QString(d.txtGPM.c_str()) + " gpm",
-                      "Distance from Pivot = " + QString(d.txtSYL.c_str()) + " ft",
-                      "Percent Runoff = " + QString(p.grid[9][4]) + "%"})
-                    QVERIFY2(plotted.contains(line), qPrintable(line));
+            // The report and the plot name that case: capacity as entered, distance, runoff.
+            const rainfold::PrintInputs in = f_->w->printInputs();
+            const auto written = [&in](auto print) {
+                rainfold::RecordingSurface surface;
+                print(surface, in);
+                Texts texts;
+                for (const rainfold::SurfaceOp& op : surface.ops())
+                    if (op.kind == rainfold::SurfaceOp::Text)
+                        texts << QString::fromStdString(op.text);
+                return texts;
+            };
+            const QString capacity = "System Capacity = " + QString(d.txtGPM.c_str()) + " gpm";
+            QVERIFY(written(rainfold::PrintReport).contains(capacity));
+            const Texts plotted = written(rainfold::PrintPlot);
+            for (const QString& line :
+                 {capacity, "  at " + QString(d.txtGPM.c_str()) + " gpm",
+                  "Distance from Pivot = " + QString(d.txtSYL.c_str()) + " ft",
+                  "Percent Runoff = " + QString(p.grid[9][4]) + "%"})
+                QVERIFY2(plotted.contains(line), qPrintable(line));
+            if (!green || toggle)
+                continue;
+            Shown& seen = shown[german];
+            seen.pages[0] = tabs()->grab().toImage();
+            for (const bool plot : {false, true}) {
+                frmPreview preview;
+                preview.Open(nullptr, "", [&](rainfold::DrawingSurface& s) {
+                    plot ? rainfold::PrintPlot(s, in) : rainfold::PrintReport(s, in);
+                });
+                seen.pages[1 + plot] = preview.picture().toImage();
             }
+            f_->w->setFileDialog(
+                [&](QWidget*, const FileDialogRequest&) { return dir.filePath("g"); });
+            f_->trigger("mnuFileSave");
+            seen.file = ReadAll(dir.filePath("g"));
+            seen.date = f_->get<QLabel>("sbStatusBarDate")->text();
+        }
+        for (int k = 0; k < 3; ++k)
+            QVERIFY2(shown[0].pages[k] == shown[1].pages[k], qPrintable(QString::number(k)));
+        // The numbers as typed, with their points.
+        QVERIFY(shown[0].file.contains("\"1300\",\"800\",\"1\",\"40\"\r\n"));
+        QVERIFY(shown[0].file.contains("\"10\",\"110\",\"0.45\",\"0.25\",\"1000\",\"0.0002\""));
+        QCOMPARE(shown[0].file, shown[1].file);
+        QVERIFY(shown[0].date != shown[1].date);
     }
 
     // Open (a file that opens) and New on "Results" turn to "Input Data" first. Afterwards, from
@@ -376,56 +413,6 @@ private slots:
                 QCOMPARE(page() << location() << navigation(), shown);
                 QVERIFY(answer.boxes.empty());
             }
-    }
-
-    // A German desktop (a decimal comma, a point between thousands) sees what an English one
-    // sees: the results page with its chart, the printed report and plot pixel for pixel, a saved
-    // design file byte for byte; only the status bar's date follows the desktop. The locale is
-    // switched inside the program, where the C library and where Qt read it.
-    void sameOnAGermanDesktop() {
-        struct Shown {
-            Texts page;
-            QImage pages[3]; // the results page, the report's and the plot's preview
-            QByteArray file;
-            QString date;
-        } shown[2];
-        QTemporaryDir dir;
-        for (const bool german : {true, false}) {
-            Shown& seen = shown[german];
-            QVERIFY(std::setlocale(LC_ALL, german ? "de_DE.UTF-8" : "C"));
-            QLocale::setDefault(german ? QLocale(QLocale::German, QLocale::Germany) : QLocale::c());
-            init();
-            ModalAnswer none;
-            turnToResults(kResultsDesigns[2]); // contents below 1, inches, 1300 ft
-            seen.page = page() << location();
-            seen.pages[0] = tabs()->grab().toImage();
-            const rainfold::PrintInputs in = f_->w->printInputs();
-            for (const bool plot : {false, true}) {
-                frmPreview preview;
-                preview.Open(nullptr, "", [&](rainfold::DrawingSurface& s) {
-                    plot ? rainfold::PrintPlot(s, in) : rainfold::PrintReport(s, in);
-                });
-                seen.pages[1 + plot] = preview.picture().toImage();
-            }
-            f_->w->setFileDialog(
-                [&](QWidget*, const FileDialogRequest&) { return dir.filePath("de"); });
-            f_->trigger("mnuFileSave");
-            seen.file = ReadAll(dir.filePath("de"));
-            seen.date = f_->get<QLabel>("sbStatusBarDate")->text();
-            QVERIFY(none.boxes.empty());
-        }
-        QLocale::setDefault(QLocale::c());
-        const ResultsRefChart& chart = kResultsCharts[3];
-        QCOMPARE(shown[1].page, expected(kResultsPages[kG1])
-                                    << "4" << chart.txtHP << chart.txtTS << chart.txtTP);
-        QCOMPARE(shown[0].page, shown[1].page);
-        for (int k = 0; k < 3; ++k)
-            QVERIFY2(shown[0].pages[k] == shown[1].pages[k], qPrintable(QString::number(k)));
-        // The numbers as typed, with their points.
-        QVERIFY(shown[1].file.contains("\"1300\",\"800\",\"1\",\"40\"\r\n"));
-        QVERIFY(shown[1].file.contains("\"10\",\"110\",\"0.45\",\"0.25\",\"1000\",\"0.0002\""));
-        QCOMPARE(shown[0].file, shown[1].file);
-        QVERIFY(shown[0].date != shown[1].date);
     }
 
     void openEditIsCommitted() {
