@@ -369,17 +369,13 @@ private slots:
                                 "cell"};
         // Customised K and N, user-defined storage per segment and Green-Ampt ticked; all that
         // New keeps is K, N, the Green-Ampt inputs and the tick.
-        rainfold::DesignRecord shownDesign = SampleDesign(), renewed = SampleDesign();
+        rainfold::DesignRecord shownDesign = SampleDesign(), renewed;
         shownDesign.surfaceOption = rainfold::kUserVariable;
         shownDesign.greenAmpt = renewed.greenAmpt = true;
-        for (std::string* s :
-             {&renewed.txtDescription, &renewed.txtLegalID, &renewed.txtCounty, &renewed.txtState,
-              &renewed.txtDesigner, &renewed.txtDate, &renewed.txtSYL, &renewed.txtGPM,
-              &renewed.txtAPPL, &renewed.txtWetDiam, &renewed.txtSurfStore, &renewed.txtResidue})
-            s->clear();
-        renewed.intakeFamilyIndex = -1;
-        renewed.surfaceOption = rainfold::kConstantSlopeResidue;
-        renewed.segments = {};
+        const rainfold::DesignRecord& s = shownDesign;
+        renewed.txtUk = s.txtUk, renewed.txtUN = s.txtUN, renewed.txtKS = s.txtKS;
+        renewed.txtHW = s.txtHW, renewed.txtThetaS = s.txtThetaS, renewed.txtThetaI = s.txtThetaI;
+        renewed.txtRzDepth = s.txtRzDepth, renewed.txtOmega = s.txtOmega;
         for (const char* command : {"mnuFileOpen", "mnuFileNew"})
             for (const bool onResults : {true, false}) {
                 init();
