@@ -269,6 +269,16 @@ void ROAnalysis::buildSystemFields(QWidget* page) {
     systemGrid_->addWidget(label, 4, 0);
     systemGrid_->addLayout(family, 4, 1, 1, 2);
     systemGrid_->setColumnStretch(2, 1);
+
+    // The storage fields come next for the keyboard too; the segment table lays them out.
+    lblSurfStore = AddLabel(page, QStringLiteral("lblSurfStore"), QStringLiteral("Slope (%)"));
+    txtSurfStore = AddField(page, QStringLiteral("txtSurfStore"), 10,
+                            QStringLiteral("Enter surface storage parameter relative to slope."),
+                            lblSurfStore);
+    lblResidue = AddLabel(page, QStringLiteral("lblResidue"), QStringLiteral("Residue (%)"));
+    txtResidue = AddField(page, QStringLiteral("txtResidue"), 10,
+                          QStringLiteral("Enter surface storage parameter relative to residue."),
+                          lblResidue);
 }
 
 void ROAnalysis::buildInfiltrationFrames(QWidget* page) {
@@ -383,14 +393,6 @@ void ROAnalysis::buildSegmentTable(QWidget* page) {
 
     // The storage fields, or the table in their place; the storage panels beside them, above
     // the area box. The table is raised over the residue label that stays behind it.
-    lblSurfStore = AddLabel(page, QStringLiteral("lblSurfStore"), QStringLiteral("Slope (%)"));
-    txtSurfStore = AddField(page, QStringLiteral("txtSurfStore"), 10,
-                            QStringLiteral("Enter surface storage parameter relative to slope."),
-                            lblSurfStore);
-    lblResidue = AddLabel(page, QStringLiteral("lblResidue"), QStringLiteral("Residue (%)"));
-    txtResidue = AddField(page, QStringLiteral("txtResidue"), 10,
-                          QStringLiteral("Enter surface storage parameter relative to residue."),
-                          lblResidue);
     // Columns: the labels, a gap, the fields (or the table over all three), a gap, then the
     // panels above the area box. The gaps are columns of their own: a table spanning the label
     // column would swallow a layout spacing there.
