@@ -1,7 +1,8 @@
 // Writes a picture of the window for a design file:
 //     rainfold_screenshot DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COLUMN] [--input]
 //                         [--size WIDTH HEIGHT] [--focus CONTROL] [--edit ROW COLUMN]
-//                         [--plot PLOT.pdf] [--explorer] [--font POINTS]
+//                         [--plot PLOT.pdf] [--explorer] [--preview report|plot]
+//                         [--font-size PT] [--font FAMILY]
 // By default the window opens the design, turns to "Results" (accepting any warning) and, with
 // --cell, charts that cell. --input stays on "Input Data"; --focus puts the focus into a control
 // there and --edit opens the cell editor over a segment cell, so the reference panels can be seen.
@@ -9,12 +10,14 @@
 // writes the printed plot that File > Plot would print, as a PDF file. --help-window contents|index
 // GUIDE [--search TEXT] takes the picture of the help window opened on the guide in GUIDE instead.
 // --explorer opens Tools > "Design Explorer..." instead and pictures that window at the size it
-// opens with (or the --size given, 0 0 its minimum), once its map is drawn. --font sets the
-// application font's size in points, as a desktop's settings would.
+// opens with (or the --size given, 0 0 its minimum), once its map is drawn. --preview report|plot
+// pictures the print or plot preview window as it opens over the results. --font-size PT sets the
+// application font's size in points and --font FAMILY its family, as a desktop's settings would.
 
 #include "DesignExplorer.h"
 #include "ROAnalysis.h"
 #include "ResultsView.h"
+#include "dialogs/frmPreview.h"
 #include "help/HelpWindow.h"
 
 #include "design_file.h"
@@ -36,19 +39,19 @@
 
 int main(int argc, char** argv) {
     if (argc < 3) {
-        std::fprintf(
-            stderr,
-            "usage: %s DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COL] [--input] "
-            "[--size W H] [--focus CONTROL] [--edit ROW COL] [--plot PLOT.pdf] "
-            "[--help-window contents|index GUIDE [--search TEXT]] [--explorer] [--font POINTS]\n",
-            argv[0]);
+        std::fprintf(stderr,
+                     "usage: %s DESIGN.rfd OUTPUT.png [--green-ampt] [--cell ROW COL] [--input] "
+                     "[--size W H] [--focus CONTROL] [--edit ROW COL] [--plot PLOT.pdf] "
+                     "[--help-window contents|index GUIDE [--search TEXT]] [--explorer] "
+                     "[--preview report|plot] [--font-size PT] [--font FAMILY]\n",
+                     argv[0]);
         return 64;
     }
     QApplication app(argc, argv);
     bool green = false, input = false, ownSize = false, explorer = false, sized = false;
     int row = -1, column = -1, editRow = -1, editColumn = -1;
     QSize size(1250, 760);
-    QString focus, plot, helpEntry, search;
+    QString focus, plot, helpEntry, search, preview;
     for (int i = 3; i < argc; ++i) {
         const std::string a = argv[i];
         if (a == "--green-ampt") {
@@ -77,12 +80,18 @@ int main(int argc, char** argv) {
         } else if (a == "--help-window" && i + 2 < argc) {
             helpEntry = QString::fromLocal8Bit(argv[++i]);
             rainfold::ui::SetGuideFolder(QString::fromLocal8Bit(argv[++i]));
-        } else if (a == "--font" && i + 1 < argc) {
+        } else if (a == "--search" && i + 1 < argc) {
+            search = QString::fromLocal8Bit(argv[++i]);
+        } else if (a == "--preview" && i + 1 < argc) {
+            preview = QString::fromLocal8Bit(argv[++i]);
+        } else if (a == "--font-size" && i + 1 < argc) {
             QFont font = QApplication::font();
             font.setPointSize(std::stoi(argv[++i]));
             QApplication::setFont(font);
-        } else if (a == "--search" && i + 1 < argc) {
-            search = QString::fromLocal8Bit(argv[++i]);
+        } else if (a == "--font" && i + 1 < argc) {
+            QFont font = QApplication::font();
+            font.setFamily(QString::fromLocal8Bit(argv[++i]));
+            QApplication::setFont(font);
         }
     }
 
@@ -157,6 +166,22 @@ int main(int argc, char** argv) {
         }
         QTest::qWait(300);
         shown = help;
+    }
+    if (!preview.isEmpty()) {
+        // The preview is modal: its picture is taken from inside its own event loop.
+        bool grabbed = false;
+        QTimer::singleShot(300, [&] {
+            if (auto* modal = qobject_cast<frmPreview*>(QApplication::activeModalWidget())) {
+                std::fprintf(stderr, "preview %dx%d\n", modal->width(), modal->height());
+                grabbed = modal->grab().save(QString::fromLocal8Bit(argv[2]));
+                modal->close();
+            }
+        });
+        if (preview == QLatin1String("plot"))
+            window.mnuFilePlotPreview_Click();
+        else
+            window.mnuFilePrintPreview_Click();
+        return grabbed ? 0 : 1;
     }
     std::fprintf(stderr, "window %dx%d\n", window.width(), window.height());
     const bool saved = shown->grab().save(QString::fromLocal8Bit(argv[2]));

@@ -91,7 +91,7 @@ frmAbout::frmAbout(QWidget* parent)
     layout->addWidget(cmdOK, 4, 2);
     layout->addWidget(cmdSysInfo, 5, 2);
     layout->setColumnStretch(1, 1);
-    layout->setColumnMinimumWidth(1, 300);
+    layout->setColumnMinimumWidth(1, 40 * fontMetrics().averageCharWidth());
 
     connect(cmdOK, &QPushButton::clicked, this, &frmAbout::cmdOK_Click);
     connect(cmdSysInfo, &QPushButton::clicked, this, &frmAbout::cmdSysInfo_Click);

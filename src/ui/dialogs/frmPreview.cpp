@@ -9,8 +9,11 @@
 #include <QPainter>
 #include <QPrintDialog>
 #include <QScreen>
+#include <QScrollArea>
+#include <QStyle>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <cmath>
 
 namespace rainfold::ui {
@@ -26,6 +29,7 @@ public:
     void Reset(const QSize& size) {
         picture_ = QPixmap(size);
         picture_.fill(Qt::white);
+        setFixedSize(size);
         update();
     }
     QPixmap& picture() { return picture_; }
@@ -68,12 +72,18 @@ frmPreview::frmPreview(QWidget* parent) : QDialog(parent), chooser_(ShowPrintDia
     connect(print, &QAction::triggered, this, &frmPreview::MnuPrint_Click);
     connect(exit, &QAction::triggered, this, &frmPreview::mnuExit_Click);
 
-    canvas_ = new PreviewCanvas(this);
+    // The page scrolls where the window is smaller than the page.
+    auto* scroll = new QScrollArea(this);
+    scroll->setObjectName(QStringLiteral("scrPreview"));
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setBackgroundRole(QPalette::Dark);
+    canvas_ = new PreviewCanvas(scroll);
+    scroll->setWidget(canvas_);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->setMenuBar(menu_);
-    layout->addWidget(canvas_);
+    layout->addWidget(scroll);
 }
 
 int frmPreview::TwipsToPixelsX(double twips) const {
@@ -121,9 +131,29 @@ void frmPreview::Open(QWidget* mainWindow, const QString& caption, const Drawing
     canvas_->update();
 }
 
+void frmPreview::fitToScreen() {
+    const QScreen* screen = this->screen();
+    if (!screen)
+        return;
+    // Room for the title bar and the frame that the desktop adds around the window.
+    const QRect area = screen->availableGeometry();
+    const QSize room =
+        area.size() - QSize(2 * fontMetrics().averageCharWidth(), 3 * fontMetrics().height());
+    QSize fitted = size().boundedTo(room);
+    // A page cut short in height scrolls up and down; its scroll bar takes room beside the page,
+    // not from it.
+    if (fitted.height() < height())
+        fitted.setWidth(std::min(
+            room.width(), fitted.width() + style()->pixelMetric(QStyle::PM_ScrollBarExtent)));
+    resize(fitted);
+    const int x = std::clamp(this->x(), area.left(), std::max(area.left(), area.right() - width()));
+    move(x, std::max(y(), area.top()));
+}
+
 void frmPreview::Preview(QWidget* mainWindow, const QString& caption, const Drawing& draw) {
     frmPreview window(mainWindow);
     window.Open(mainWindow, caption, draw);
+    window.fitToScreen();
     window.exec();
 }
 

@@ -37,6 +37,9 @@ public:
 
     // The steps of opening up to the drawing, without showing the window.
     void Open(QWidget* mainWindow, const QString& caption, const Drawing& draw);
+    // Shrinks the window to the screen's free area where the page is larger; the page then
+    // scrolls inside it.
+    void fitToScreen();
 
     // What the window has drawn, and the part of it that "Print" puts on paper.
     const QPixmap& picture() const;

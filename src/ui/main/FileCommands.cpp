@@ -113,7 +113,13 @@ void ROAnalysis::setDesign(const rainfold::DesignRecord& d) {
     optionSlopeResidue();
 }
 
+void ROAnalysis::leaveResults() {
+    if (SSTab1->currentIndex() == 1)
+        SSTab1->setCurrentIndex(0);
+}
+
 void ROAnalysis::mnuFileNew_Click() {
+    leaveResults();
     for (QLineEdit* field : {txtDescription, txtLegalID, txtCounty, txtState, txtDesigner, txtDate,
                              txtSYL, txtGPM, txtAPPL, txtWetDiam})
         field->clear();
@@ -164,6 +170,7 @@ void ROAnalysis::openDesignFile(const QString& fileName) {
         rainfold::ui::ShowError(this, QString::fromStdString(outcome.message));
         return;
     }
+    leaveResults();
     setDesign(opened);
 }
 

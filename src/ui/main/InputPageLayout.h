@@ -4,26 +4,25 @@
 
 #include "design.h"
 
+#include <QFontInfo>
 #include <QLineEdit>
+
+#include <cmath>
 
 namespace rainfold::ui::layout {
 
-// Positions inside the page are thought of in twips, at 12 twips to a pixel: the page's text is
-// about a fifth larger than the 8-point form font the twips measures were made for, so the
-// table and the panels keep room for their texts.
-inline constexpr int Tw(int twips) {
-    return (twips + 6) / 12;
+// The segment table's widths are given in twips for the form's own font. At the usual 9-point
+// page font a pixel stands for 12 twips (the text is about a fifth larger than the 8-point form
+// font those widths were made for); a larger page font widens the table in proportion, so its
+// headings and numbers keep their room.
+inline int Tw(int twips, const QFont& pageFont) {
+    const double points = QFontInfo(pageFont).pointSizeF();
+    const double scale = points > 0 ? points / 9.0 : 1.0;
+    return static_cast<int>(std::lround(twips * scale / 12.0));
 }
 
-// The column of frames on the right of the page (wetted diameter, K and N, Green-Ampt), and the
-// gap kept between neighbouring controls.
-inline constexpr int kRightColumnX = 566;
-inline constexpr int kRightColumnWidth = 410;
+// The gap kept between neighbouring controls and frames.
 inline constexpr int kGap = 8;
-
-// Where the segment table stands; the storage fields take its place under the constant options.
-inline constexpr int kTableX = 8;
-inline constexpr int kTableY = 372;
 
 // Widths of the two value columns and of the whole segment table, per variable option.
 inline constexpr int kPercentColumnWidth = 960;
@@ -33,8 +32,6 @@ inline constexpr int kStorageTableWidth = 3670;
 
 inline constexpr int kFixedRows = 1; // the heading row of the segment table
 inline constexpr int kSegmentRows = 10;
-inline constexpr int kHeaderRowHeight = 34;
-inline constexpr int kRowHeight = 20;
 
 inline double Value(const QLineEdit* field) {
     return rainfold::Val(field->text().toStdString());

@@ -24,7 +24,9 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QStatusBar>
+#include <QStyle>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTime>
@@ -85,7 +87,23 @@ ROAnalysis::ROAnalysis(QWidget* parent) : QMainWindow(parent), fileDialog_(Platf
 
     connectSignals();
     connectResultsSignals();
-    resize(1000, 750);
+    fitToScreen();
+}
+
+void ROAnalysis::fitToScreen() {
+    // The least size: a few dozen characters each way, so the menus, the toolbar and the status
+    // bar keep their texts; the pages scroll inside it. The size it opens with: what the pages
+    // ask for, within the screen's free area less room for the window's title bar and frame.
+    const QFontMetrics metrics(font());
+    const QSize titleRoom(2 * metrics.averageCharWidth(), 3 * metrics.height());
+    const QRect screenArea = screen() ? screen()->availableGeometry() : QRect(0, 0, 1280, 720);
+    const QSize room = screenArea.size() - titleRoom;
+    setMinimumSize(
+        QSize(64 * metrics.averageCharWidth(), 30 * metrics.lineSpacing()).boundedTo(room));
+    QSize wanted = sizeHint();
+    if (wanted.height() > room.height()) // the pages scroll up and down, beside their scroll bar
+        wanted.rwidth() += style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 2;
+    resize(wanted.expandedTo(minimumSize()).boundedTo(room));
 }
 
 ROAnalysis::~ROAnalysis() = default;
@@ -268,6 +286,7 @@ void ROAnalysis::connectSignals() {
 void ROAnalysis::SSTab1_Click(int previousTab) {
     (void)previousTab;
     if (SSTab1->currentIndex() == 0) {
+        resultsShown_ = false;
         setOutputsEnabled(false);
         setSurfaceOptionsEnabled(true);
     } else {

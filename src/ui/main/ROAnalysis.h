@@ -20,6 +20,7 @@
 
 class QAction;
 class QComboBox;
+class QGridLayout;
 class QGroupBox;
 class QLabel;
 class QLineEdit;
@@ -140,6 +141,9 @@ private:
     void buildSegmentTable(QWidget* page);
     void setStartUpValues();
     void connectSignals();
+    void fitToScreen();
+    // Turns from "Results" to "Input Data", as the user would, before the design changes.
+    void leaveResults();
 
     void SSTab1_Click(int previousTab);
 
@@ -168,6 +172,9 @@ private:
     QTabWidget* SSTab1 = nullptr;
     QWidget* inputPage_ = nullptr;
     QWidget* resultsPage_ = nullptr;
+    QWidget* inputContent_ = nullptr; // the input page's controls, inside its scroll area
+    QGridLayout* systemGrid_ = nullptr;
+    QGridLayout* storageGrid_ = nullptr; // storage fields or table, their panels, the area box
 
     // "Location" frame
     QGroupBox* frmJob_ = nullptr;
@@ -245,6 +252,9 @@ private:
     bool closing_ = false;
 
     // Results
+    // True while the "Results" page shows the results of the design on the input page: the
+    // chart, the slot buttons and the print and plot commands act only then.
+    bool resultsShown_ = false;
     ResultsView* resultsView_ = nullptr;
     std::unique_ptr<rainfold::Results> results_;
     std::array<rainfold::Cell, 4> WeightedRunoff_{};

@@ -12,6 +12,7 @@
 #include <QComboBox>
 #include <QFocusEvent>
 #include <QFontMetrics>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -129,37 +130,30 @@ void ROAnalysis::labelSegments() {
 
 void ROAnalysis::sizeSegmentTable(int columnTwips, int tableTwips) {
     const int frame = 2 * msgSurfStore->frameWidth();
-    const int column = Tw(columnTwips);
+    const int column = Tw(columnTwips, inputContent_->font());
     msgSurfStore->setColumnWidth(1, column);
     msgSurfStore->setColumnWidth(2, column);
 
-    // The segment column is as wide as its longest label, but never so wide that a storage
-    // panel beside the table would reach the frames on the right: a label longer than any
-    // accepted system length gives is cut there.
+    // The segment column is as wide as its longest label; the page makes room for it.
     const QFontMetrics metrics(msgSurfStore->font());
     int longest = 0;
     for (int row = 0; row <= kSegmentRows; ++row)
         longest = std::max(longest, metrics.horizontalAdvance(msgSurfStore->item(row, 0)->text()));
     const int margin =
         msgSurfStore->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, msgSurfStore) + 1;
-    const int panel = std::max(frmSurfStore->width(), frmResidueStore->width());
-    const int room = kRightColumnX - kGap - panel - kGap - kTableX - frame - 2 * column;
-    const int segment =
-        std::min(std::max(Tw(tableTwips) - frame - 2 * column, longest + 2 * margin + 4), room);
+    const int segment = std::max(Tw(tableTwips, inputContent_->font()) - frame - 2 * column,
+                                 longest + 2 * margin + 4);
     msgSurfStore->setColumnWidth(0, segment);
-    msgSurfStore->resize(segment + 2 * column + frame, msgSurfStore->height());
-
-    // The area box and its label stand beside the table's foot.
-    const QRect table = msgSurfStore->geometry();
-    txtSysArea->move(table.right() + 1 + kGap, table.bottom() + 1 - txtSysArea->height());
-    lblSysArea->move(txtSysArea->geometry().right() + 1 + 6, txtSysArea->y() + 2);
+    msgSurfStore->setFixedWidth(segment + 2 * column + frame);
 }
 
 void ROAnalysis::placeStoragePanel(QWidget* panel) {
-    // Level with the table's top, beside the table when it is shown, else beside the fields.
-    const QWidget* beside = msgSurfStore->isHidden() ? static_cast<QWidget*>(txtSurfStore)
-                                                     : static_cast<QWidget*>(msgSurfStore);
-    panel->move(beside->geometry().right() + 1 + kGap, kTableY);
+    // Beside the table when it is shown, else beside the fields, level with the table's top:
+    // the place the page keeps free for the panels.
+    storageGrid_->activate();
+    const QRect place = storageGrid_->cellRect(0, 4);
+    if (place.isValid())
+        panel->move(place.topLeft());
 }
 
 void ROAnalysis::cboIntakeFamily_Click() {

@@ -2,6 +2,7 @@
 // results page, the chart of the chosen cell, the family-slot buttons and the printed output.
 
 #include "Messages.h"
+#include "PageScrollArea.h"
 #include "ROAnalysis.h"
 #include "RateChart.h"
 #include "ResultsView.h"
@@ -30,9 +31,14 @@ QString Q(const std::string& text) {
 void ROAnalysis::buildResultsPage(QWidget* page) {
     results_ = std::make_unique<Results>();
     auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(4, 4, 4, 4);
-    resultsView_ = new ResultsView(page);
-    layout->addWidget(resultsView_);
+    layout->setContentsMargins(0, 0, 0, 0);
+    // Where the window is smaller than the page needs, the page scrolls; where it is larger, the
+    // table and the chart take the room.
+    auto* scroll = new ui::PageScrollArea(page);
+    scroll->setObjectName(QStringLiteral("scrResults"));
+    resultsView_ = new ResultsView;
+    scroll->setWidget(resultsView_);
+    layout->addWidget(scroll);
 }
 
 void ROAnalysis::connectResultsSignals() {
@@ -78,6 +84,7 @@ void ROAnalysis::showResults() {
 
     setOutputsEnabled(true);
     setSurfaceOptionsEnabled(false);
+    resultsShown_ = true;
     resultsView_->setNavigationContext(design.intakeFamilyIndex, design.greenAmpt);
     resultsView_->setSlotText(
         QString::fromStdString(std::to_string(InitialSlot(design.intakeFamilyIndex))));
@@ -89,7 +96,10 @@ void ROAnalysis::showResults() {
     if (!fault.isEmpty()) {
         ui::ShowError(this, fault);
         SSTab1->setCurrentIndex(0);
+        return;
     }
+    // The keyboard starts where the eye does: on the highlighted cell.
+    resultsView_->grid()->setFocus(Qt::OtherFocusReason);
 }
 
 // Runs the engine on the design as it stands and fills the page, then makes the runoff cell of
@@ -125,6 +135,8 @@ void ROAnalysis::Populate_Results(const DesignRecord& design) {
 }
 
 void ROAnalysis::Display_Chart(int row, int column) {
+    if (!resultsShown_)
+        return; // no results of the design on the input page to chart
     resultsView_->noteColumn(column);
     if (column < 3 || row < 0)
         return;
@@ -145,6 +157,8 @@ void ROAnalysis::Display_Chart(int row, int column) {
 }
 
 void ROAnalysis::stepSlot(int step) {
+    if (!resultsShown_)
+        return; // only the results shown are stepped through, never a design not yet checked
     const int slot = resultsView_->slotText().toInt();
     if ((step > 0 && slot < 3) || (step < 0 && slot > 1))
         resultsView_->setSlotText(QString::fromStdString(std::to_string(slot + step)));
@@ -183,15 +197,20 @@ PrintInputs ROAnalysis::printInputs() {
     return in;
 }
 
+// What is printed and plotted is the results page on show; without it there is nothing to print.
 void ROAnalysis::mnuFilePrintPreview_Click() {
-    ui::PreviewReport(this, printInputs());
+    if (resultsShown_)
+        ui::PreviewReport(this, printInputs());
 }
 void ROAnalysis::mnuFilePrint_Click() {
-    ui::PrintReportToPrinter(this, printInputs());
+    if (resultsShown_)
+        ui::PrintReportToPrinter(this, printInputs());
 }
 void ROAnalysis::mnuFilePlotPreview_Click() {
-    ui::PreviewPlot(this, printInputs());
+    if (resultsShown_)
+        ui::PreviewPlot(this, printInputs());
 }
 void ROAnalysis::mnuFilePlot_Click() {
-    ui::PrintPlotToPrinter(this, printInputs());
+    if (resultsShown_)
+        ui::PrintPlotToPrinter(this, printInputs());
 }

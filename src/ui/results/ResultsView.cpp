@@ -1,5 +1,6 @@
 #include "ResultsView.h"
 
+#include "ColumnAlignedRows.h"
 #include "RateChart.h"
 #include "intake.h"
 
@@ -10,17 +11,21 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyle>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
+#include <vector>
+
 namespace {
 
-QLineEdit* ReadOnlyField(QWidget* parent, const QString& name, int width = 70) {
+// A read-only box about `digits` figures wide.
+QLineEdit* ReadOnlyField(QWidget* parent, const QString& name, int digits = 6) {
     auto* field = new QLineEdit(parent);
     field->setObjectName(name);
     field->setReadOnly(true);
     field->setAlignment(Qt::AlignCenter);
-    field->setFixedWidth(width);
+    field->setFixedWidth(field->fontMetrics().horizontalAdvance(QLatin1Char('0')) * digits + 16);
     return field;
 }
 
@@ -63,8 +68,14 @@ ResultsView::ResultsView(QWidget* parent) : QWidget(parent) {
     cmdPrev->setObjectName(QStringLiteral("cmdPrev"));
     cmdNext = new QPushButton(QStringLiteral("Next"), frame);
     cmdNext->setObjectName(QStringLiteral("cmdNext"));
-    txtIC = ReadOnlyField(frame, QStringLiteral("txtIC"), 30);
+    txtIC = ReadOnlyField(frame, QStringLiteral("txtIC"), 2);
     txtIC->setVisible(false); // the slot is state, not something to read
+    // A hidden button keeps its place, so the caption stays put between them.
+    for (QPushButton* button : {cmdPrev, cmdNext}) {
+        QSizePolicy policy = button->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        button->setSizePolicy(policy);
+    }
     nav->addWidget(cmdPrev);
     nav->addStretch();
     nav->addWidget(lblIntakeFamily);
@@ -73,63 +84,90 @@ ResultsView::ResultsView(QWidget* parent) : QWidget(parent) {
     nav->addWidget(cmdNext);
     left->addLayout(nav);
 
-    // Per-case summaries under the capacity headings.
-    auto* summary = new QGridLayout;
-    for (int k = 0; k < 3; ++k) {
-        lblGPM[k] = Caption(frame, QString(), Qt::AlignHCenter);
-        lblGPM[k]->setObjectName(QStringLiteral("lblGPM%1").arg(k + 1));
-        summary->addWidget(lblGPM[k], 0, k + 1);
-        summary->addWidget(Caption(frame, QStringLiteral("(gpm)"), Qt::AlignHCenter), 1, k + 1);
-        txtHours[k] = ReadOnlyField(frame, QStringLiteral("txtHours(%1)").arg(k));
-        txtHPV[k] = ReadOnlyField(frame, QStringLiteral("txtHPV(%1)").arg(k));
-        txtTPV[k] = ReadOnlyField(frame, QStringLiteral("txtTPV(%1)").arg(k));
-        summary->addWidget(txtHours[k], 2, k + 1, Qt::AlignHCenter);
-        summary->addWidget(txtHPV[k], 3, k + 1, Qt::AlignHCenter);
-        summary->addWidget(txtTPV[k], 4, k + 1, Qt::AlignHCenter);
-    }
-    summary->addWidget(Caption(frame, QStringLiteral("Hours per Revolution")), 2, 0);
-    summary->addWidget(Caption(frame, QStringLiteral("Peak Water Application Rate")), 3, 0);
-    summary->addWidget(Caption(frame, QStringLiteral("Water Application Time")), 4, 0);
-    left->addLayout(summary);
-
-    // Column headings above the table.
-    auto* headings = new QGridLayout;
-    const QStringList fixed = {QStringLiteral("System Length (feet)"),
-                               QStringLiteral("Wetted Diameter (feet)"),
-                               QStringLiteral("Surface Storage (in)")};
-    for (int c = 0; c < 3; ++c) {
-        auto* heading = Caption(frame, fixed[c], Qt::AlignHCenter);
-        heading->setWordWrap(true);
-        headings->addWidget(heading, 0, c);
-        gridHeadingGPM[c] = Caption(frame, QString(), Qt::AlignHCenter);
-        headings->addWidget(gridHeadingGPM[c], 0, c + 3);
-    }
-    left->addLayout(headings);
-
+    // The table, with its column headings as its own header, so that each heading stands over
+    // its column at every font and width. Headings wrap onto a second line rather than being cut.
     msgResults = new QTableWidget(10, 6, frame);
     msgResults->setObjectName(QStringLiteral("msgResults"));
-    msgResults->horizontalHeader()->setVisible(false);
     msgResults->verticalHeader()->setVisible(false);
     msgResults->setEditTriggers(QAbstractItemView::NoEditTriggers);
     msgResults->setSelectionMode(QAbstractItemView::NoSelection);
-    msgResults->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    // Arrow keys move within the table; Tab leaves it for the next control.
+    msgResults->setTabKeyNavigation(false);
+    msgResults->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    msgResults->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    QHeaderView* header = msgResults->horizontalHeader();
+    header->setSectionResizeMode(QHeaderView::Stretch);
+    header->setDefaultAlignment(Qt::Alignment(Qt::AlignCenter | Qt::TextWordWrap));
+    header->setTextElideMode(Qt::ElideNone);
+    header->setSectionsClickable(false);
+    header->setHighlightSections(false);
     msgResults->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-    msgResults->setMinimumHeight(10 * 24);
+    const QStringList fixed = {QStringLiteral("System Length (feet)"),
+                               QStringLiteral("Wetted Diameter (feet)"),
+                               QStringLiteral("Surface Storage (in)")};
+    for (int c = 0; c < 6; ++c)
+        msgResults->setHorizontalHeaderItem(c, new QTableWidgetItem(c < 3 ? fixed[c] : QString()));
     for (int r = 0; r < 10; ++r)
         for (int c = 0; c < 6; ++c) {
             auto* item = new QTableWidgetItem;
             item->setTextAlignment(Qt::AlignCenter);
             msgResults->setItem(r, c, item);
         }
-    left->addWidget(msgResults, 1);
 
-    auto* averages = new QGridLayout;
-    averages->addWidget(Caption(frame, QStringLiteral("Weighted Average Percent Runoff")), 0, 0);
+    // The capacity headings and the per-case summaries over the table's last three columns,
+    // the weighted averages under them.
+    auto* summary = new ColumnAlignedRows(msgResults, frame);
+    std::array<QWidget*, 3> units{};
     for (int k = 0; k < 3; ++k) {
+        lblGPM[k] = Caption(frame, QString(), Qt::AlignHCenter);
+        lblGPM[k]->setObjectName(QStringLiteral("lblGPM%1").arg(k + 1));
+        units[k] = Caption(frame, QStringLiteral("(gpm)"), Qt::AlignHCenter);
+        units[k]->setObjectName(QStringLiteral("lblGPMUnit%1").arg(k + 1));
+        txtHours[k] = ReadOnlyField(frame, QStringLiteral("txtHours(%1)").arg(k));
+        txtHPV[k] = ReadOnlyField(frame, QStringLiteral("txtHPV(%1)").arg(k));
+        txtTPV[k] = ReadOnlyField(frame, QStringLiteral("txtTPV(%1)").arg(k));
         txtWARP[k] = ReadOnlyField(frame, QStringLiteral("txtWARP(%1)").arg(k));
-        averages->addWidget(txtWARP[k], 0, k + 1, Qt::AlignHCenter);
     }
-    left->addLayout(averages);
+    summary->addRow(nullptr, {lblGPM[0], lblGPM[1], lblGPM[2]}, 3);
+    summary->addRow(nullptr, {units[0], units[1], units[2]}, 3);
+    summary->addRow(Caption(frame, QStringLiteral("Hours per Revolution")),
+                    {txtHours[0], txtHours[1], txtHours[2]}, 3);
+    summary->addRow(Caption(frame, QStringLiteral("Peak Water Application Rate")),
+                    {txtHPV[0], txtHPV[1], txtHPV[2]}, 3);
+    summary->addRow(Caption(frame, QStringLiteral("Water Application Time")),
+                    {txtTPV[0], txtTPV[1], txtTPV[2]}, 3);
+    auto* averages = new ColumnAlignedRows(msgResults, frame);
+    averages->addRow(Caption(frame, QStringLiteral("Weighted Average Percent Runoff")),
+                     {txtWARP[0], txtWARP[1], txtWARP[2]}, 3);
+
+    // Columns wide enough for a value box, together for the captions of the first three, and
+    // for the longest word of a heading: a heading wraps onto as many lines as it needs, and the
+    // header is as tall as the tallest heading at that width. Rows as tall as a line and a margin.
+    const QFontMetrics metrics(msgResults->font());
+    const QFontMetrics headings(header->font());
+    const int margin = 2 * (style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header) + 2);
+    int column = std::max({summary->cellWidth(), averages->cellWidth()}) + 4;
+    const int captions = std::max(summary->captionWidth(), averages->captionWidth());
+    column = std::max(column, (captions + 2) / 3 + 1);
+    const QStringList texts = fixed + QStringList{QStringLiteral("1000 (gpm)")};
+    for (const QString& word : texts.join(QLatin1Char(' ')).split(QLatin1Char(' ')))
+        column = std::max(column, headings.horizontalAdvance(word) + margin);
+    int tallest = 0;
+    for (const QString& text : texts)
+        tallest = std::max(tallest, headings
+                                        .boundingRect(QRect(0, 0, column - margin, 10000),
+                                                      Qt::AlignCenter | Qt::TextWordWrap, text)
+                                        .height());
+    header->setMinimumSectionSize(column);
+    header->setMinimumHeight(tallest + margin + 4);
+    const int row = metrics.height() + 4;
+    msgResults->verticalHeader()->setMinimumSectionSize(row);
+    msgResults->setMinimumSize(6 * column + 2 * msgResults->frameWidth(),
+                               header->minimumHeight() + 10 * row + 2 * msgResults->frameWidth());
+
+    left->addWidget(summary);
+    left->addWidget(msgResults, 1);
+    left->addWidget(averages);
     outer->addWidget(frame, 3);
 
     // The chart and the "Location" numbers of the chosen cell.
@@ -143,7 +181,7 @@ ResultsView::ResultsView(QWidget* parent) : QWidget(parent) {
     txtHP = ReadOnlyField(frmLocation, QStringLiteral("txtHP"));
     txtTS = ReadOnlyField(frmLocation, QStringLiteral("txtTS"));
     txtTP = ReadOnlyField(frmLocation, QStringLiteral("txtTP"));
-    txtCol = ReadOnlyField(frmLocation, QStringLiteral("txtCol"), 30);
+    txtCol = ReadOnlyField(frmLocation, QStringLiteral("txtCol"), 2);
     txtCol->setVisible(false);
     loc->addWidget(Caption(frmLocation, QStringLiteral("Peak Application Rate")), 0, 0);
     loc->addWidget(txtHP, 0, 1);
@@ -158,6 +196,17 @@ ResultsView::ResultsView(QWidget* parent) : QWidget(parent) {
     frmLocation->setVisible(false);
     right->addWidget(frmLocation);
     outer->addLayout(right, 2);
+
+    // Tab walks the page as it reads: the buttons, the summaries, the table, the averages, the
+    // "Location" numbers.
+    std::vector<QWidget*> order = {cmdPrev, cmdNext};
+    for (const auto* boxes : {&txtHours, &txtHPV, &txtTPV})
+        order.insert(order.end(), boxes->begin(), boxes->end());
+    order.push_back(msgResults);
+    order.insert(order.end(), txtWARP.begin(), txtWARP.end());
+    order.insert(order.end(), {txtHP, txtTS, txtTP});
+    for (size_t k = 1; k < order.size(); ++k)
+        QWidget::setTabOrder(order[k - 1], order[k]);
 
     connect(cmdPrev, &QPushButton::clicked, this, &ResultsView::prevClicked);
     connect(cmdNext, &QPushButton::clicked, this, &ResultsView::nextClicked);
@@ -176,8 +225,8 @@ ResultsView::ResultsView(QWidget* parent) : QWidget(parent) {
 void ResultsView::Populate_Results(const rainfold::ResultsPage& page) {
     for (size_t k = 0; k < 3; ++k) {
         lblGPM[k]->setText(QString::fromStdString(page.lblGPM[k]));
-        gridHeadingGPM[k]->setText(QString::fromStdString(page.lblGPM[k]) +
-                                   QStringLiteral("\n(gpm)"));
+        msgResults->horizontalHeaderItem(static_cast<int>(k) + 3)
+            ->setText(QString::fromStdString(page.lblGPM[k]) + QStringLiteral(" (gpm)"));
         txtHours[k]->setText(QString::fromStdString(page.txtHours[k]));
         txtHPV[k]->setText(QString::fromStdString(page.txtHPV[k]));
         txtTPV[k]->setText(QString::fromStdString(page.txtTPV[k]));

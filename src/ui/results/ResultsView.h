@@ -75,7 +75,6 @@ private:
     std::array<QLineEdit*, 3> txtHPV{};
     std::array<QLineEdit*, 3> txtTPV{};
     std::array<QLineEdit*, 3> txtWARP{};
-    std::array<QLabel*, 3> gridHeadingGPM{};
     QTableWidget* msgResults = nullptr;
     QLineEdit* txtIC = nullptr;
     QPushButton* cmdPrev = nullptr;
