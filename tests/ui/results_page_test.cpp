@@ -273,11 +273,11 @@ private slots:
             QString date;
         } shown[2];
         QTemporaryDir dir;
-        for (const auto [green, toggle, german] : {std::tuple{false, false, false},
-                                                   {false, true, false},
-                                                   {true, true, false},
-                                                   {true, false, true},
-                                                   {true, false, false}}) {
+        for (const auto& [green, toggle, german] : {std::tuple{false, false, false},
+                                                    {false, true, false},
+                                                    {true, true, false},
+                                                    {true, false, true},
+                                                    {true, false, false}}) {
             QVERIFY(std::setlocale(LC_ALL, german ? "de_DE.UTF-8" : "C"));
             QLocale::setDefault(german ? QLocale(QLocale::German, QLocale::Germany) : QLocale::c());
             init();
