@@ -93,7 +93,7 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS ${CMAKE_INSTALL_DEFAULT_DIRECTOR
 include(CPack)
 
 # The package check runs with the test suite wherever the packaging tools are installed
-# (tools/package installs them). A sanitizer build makes no package worth checking.
+# (tools/setup.sh installs them, so the test command always has it). A sanitizer build makes no package worth checking.
 set(package_tools dpkg-deb dpkg-shlibdeps desktop-file-validate appstreamcli update-mime-database
     lintian)
 set(have_package_tools ON)

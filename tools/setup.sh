@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages Rainfold builds with, when any is missing, then configures and
-# builds the project in build/. Sourced by tools/run, tools/test and tools/package.
+# Installs the Debian packages Rainfold builds and is tested with, when any is missing, then
+# configures and builds the project in build/. Sourced by tools/run, tools/test and tools/package.
 set -euo pipefail
 
 RAINFOLD_ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
@@ -10,7 +10,8 @@ RAINFOLD_JOBS="${RAINFOLD_JOBS:-$(nproc)}"
 packages=(cmake g++ make qt6-base-dev qt6-charts-dev libgl-dev libgtest-dev libbenchmark-dev
           xvfb xauth python3 poppler-utils fonts-dejavu-core fonts-liberation
           libqt6opengl6-dev libcli11-dev nlohmann-json3-dev locales
-          g++-mingw-w64-x86-64-posix wine wine64)
+          g++-mingw-w64-x86-64-posix wine wine64
+          desktop-file-utils appstream lintian dpkg-dev shared-mime-info)
 
 sudo_cmd=()
 [ "$(id -u)" -eq 0 ] || sudo_cmd=(sudo)

@@ -28,9 +28,13 @@ py() { python3 -c "$1" "$work"; }
 
 for args in "" "--json --csv" "--json --y width" "--json --target 101" "--json --columns 1" \
     "--json --target nan" "--json --target 0x10" "--json --target inf" "--json --target 5%" \
-    "--json --criterion circle"; do
+    "--json --criterion circle" "--json --rows 1" "--json --columns 1001"; do
     # shellcheck disable=SC2086
     check "usage error: explore $args" exits_with 64 explore "$spray" $args
+done
+# Each limit itself is accepted: a target of 0 or 100 %, a map of 2 x 2.
+for target in 0 100; do
+    check "target $target" exits_with 0 explore "$spray" --json --columns 2 --rows 2 --target $target
 done
 
 check "JSON of a 7 x 5 map" exits_with 0 explore "$spray" --json --columns 7 --rows 5 --target 2

@@ -97,7 +97,7 @@ TEST(DesignFile, EveryExampleOpensAndIsWrittenBackUnchanged) {
 }
 
 // Up to 12 characters: printable ASCII but the double quote, with commas and blanks more often,
-// and Latin-1 letters and signs (as UTF-8); one text in eight is empty.
+// and Latin-1 letters and signs from the no-break space on (as UTF-8); one text in eight is empty.
 std::string Text(std::mt19937& rng) {
     const auto between = [&rng](int lo, int hi) {
         return std::uniform_int_distribution<int>(lo, hi)(rng);
@@ -105,7 +105,7 @@ std::string Text(std::mt19937& rng) {
     std::string s;
     for (int n = between(0, 7) ? between(1, 12) : 0; n > 0; --n) {
         const int kind = between(0, 9);
-        int c = kind < 2 ? " ,"[kind] : kind == 2 ? between(0xB0, 0xFF) : between(0x20, 0x7E);
+        int c = kind < 2 ? " ,"[kind] : kind == 2 ? between(0xA0, 0xFF) : between(0x20, 0x7E);
         if (c == '"' || c == 0xD7 || c == 0xF7) // nor the multiplication and division signs
             c = c == '"' ? '\'' : 0xE9;
         if (c < 0x80)
