@@ -126,7 +126,7 @@ BatchRow EvaluateBatchItem(const BatchItem& item, bool greenAmpt) {
     if (!calc.ok())
         return Stopped(row, "fault", calc.message);
     const int slot = InitialSlot(design.intakeFamilyIndex);
-    const ResultsPage page = BuildResultsPage(design, results, slot);
+    const ResultsPage page = BuildResultsPage(design, results, slot, PageParts::WithoutGrid);
     if (!page.fault.empty())
         return Stopped(row, "fault", page.fault);
     row.status = "ok";
