@@ -144,12 +144,14 @@ std::string BatchCsvHeader() {
 }
 
 std::string BatchCsvLine(const BatchRow& row) {
-    std::string line = CsvField(row.name) + "," + row.status + "," + CsvField(row.message) + "," +
-                       CsvField(row.family);
+    std::string line = CsvField(row.name);
+    line.append(1, ',').append(row.status).append(1, ',').append(CsvField(row.message));
+    line.append(1, ',').append(CsvField(row.family));
     for (const CaseValues& q : row.cases)
         for (const std::string& text : q.text)
-            line += "," + text;
-    return line + "\n";
+            line.append(1, ',').append(text);
+    line += '\n';
+    return line;
 }
 
 std::string BatchJsonLine(const BatchRow& row) {
