@@ -126,7 +126,7 @@ BatchRow EvaluateBatchItem(const BatchItem& item, bool greenAmpt) {
     if (!calc.ok())
         return Stopped(row, "fault", calc.message);
     const int slot = InitialSlot(design.intakeFamilyIndex);
-    const ResultsPage page = BuildResultsPage(design, results, slot);
+    const ResultsPage page = BuildResultsPage(design, results, slot, PageParts::WithoutGrid);
     if (!page.fault.empty())
         return Stopped(row, "fault", page.fault);
     row.status = "ok";
@@ -144,12 +144,14 @@ std::string BatchCsvHeader() {
 }
 
 std::string BatchCsvLine(const BatchRow& row) {
-    std::string line = CsvField(row.name) + "," + row.status + "," + CsvField(row.message) + "," +
-                       CsvField(row.family);
+    std::string line = CsvField(row.name);
+    line.append(1, ',').append(row.status).append(1, ',').append(CsvField(row.message));
+    line.append(1, ',').append(CsvField(row.family));
     for (const CaseValues& q : row.cases)
         for (const std::string& text : q.text)
-            line += "," + text;
-    return line + "\n";
+            line.append(1, ',').append(text);
+    line += '\n';
+    return line;
 }
 
 std::string BatchJsonLine(const BatchRow& row) {

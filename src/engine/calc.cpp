@@ -16,18 +16,19 @@ namespace {
 // Onset of ponding: the first search, refined into the step that holds the crossing until the
 // rates agree. Leaves the final status, the ponding time and a and D there.
 int SearchPondStart(double H, double K, double N, double S, double P, double& tp, double& ap,
-                    double& Dp) {
+                    double& Dp, PatternSteps* steps) {
     double dt = 2 * H / kNSteps;
     double t0 = 0;
     int status = kNotStarted;
     int i = 0;
-    FindPondStart(dt, t0, H, K, N, S, P, status, i, Dp, ap, tp);
+    const auto known = [&] { return steps ? &steps->Find(H, P, S, t0, dt) : nullptr; };
+    FindPondStart(dt, t0, H, K, N, S, P, status, i, Dp, ap, tp, known());
     for (int round = 1; status == kCrossingInStep || status == kExactlyEqual; ++round) {
         if (round > kMaxRefinements)
             ThrowSearchDidNotSettle();
         t0 = t0 + (i - 1) * dt;
         dt = dt / kNSteps;
-        FindPondStart(dt, t0, H, K, N, S, P, status, i, Dp, ap, tp);
+        FindPondStart(dt, t0, H, K, N, S, P, status, i, Dp, ap, tp, known());
     }
     return status;
 }
@@ -49,7 +50,8 @@ void Record(const IntakePosition& found, int capacityCase, int position, int slo
 }
 
 void CalcPosition(int capacityCase, int position, int slot, const PositionInputs& in,
-                  const DesignRecord& design, Results& res, const Notify& notify) {
+                  const DesignRecord& design, Results& res, const Notify& notify,
+                  PatternSteps& steps) {
     double K = kIntakeK.at(static_cast<size_t>(in.family));
     double N = kIntakeN.at(static_cast<size_t>(in.family));
     const double userK = Read(res.UserK);
@@ -62,7 +64,7 @@ void CalcPosition(int capacityCase, int position, int slot, const PositionInputs
     IntakePosition found;
     try {
         ComputeIntakePosition(in, K, N, Read(res.SurfStore.at(static_cast<size_t>(position))),
-                              found);
+                              found, &steps);
     } catch (...) {
         Record(found, capacityCase, position, slot, res);
         throw;
@@ -173,7 +175,7 @@ PositionInputs PositionOf(const EngineInputs& in, int k, int j) {
 }
 
 void ComputeIntakePosition(const PositionInputs& in, double K, double N, double SS,
-                           IntakePosition& out) {
+                           IntakePosition& out, PatternSteps* steps) {
     // The elliptical pattern at this radius.
     const double peakRate = Div(4584 * in.Qk * in.r, in.L * in.L * in.R);
     const double speed = Div(2 * kPi * in.r, in.Tk);
@@ -185,7 +187,7 @@ void ComputeIntakePosition(const PositionInputs& in, double K, double N, double 
     out.reached = IntakePosition::kPattern;
 
     double tp = 0, ap = 0, Dp = 0;
-    const int status = SearchPondStart(H, K, N, S, P, tp, ap, Dp);
+    const int status = SearchPondStart(H, K, N, S, P, tp, ap, Dp, steps);
     out.pondFlag = status;
 
     double runoff = 0;
@@ -244,13 +246,14 @@ CalcOutcome Calc_Results(const DesignRecord& design, Results& res, const Notify&
 
         // "Customized Values" has no family beyond the seventh to put in the third slot.
         const int slots = customized ? 2 : 3;
+        PatternSteps steps;
         for (int k = 1; k <= 3; ++k) {
             res.HoursPerRev[static_cast<size_t>(k)] = PositionOf(in, k, 1).Tk;
             for (int j = 1; j <= 10; ++j) {
                 for (int m = 1; m <= slots; ++m) {
                     PositionInputs pos = PositionOf(in, k, j);
                     pos.family = SlotFamily(in.F, m);
-                    CalcPosition(k, j, m, pos, design, res, notify);
+                    CalcPosition(k, j, m, pos, design, res, notify, steps);
                 }
             }
             res.CaseSpare1[static_cast<size_t>(k)].reset();

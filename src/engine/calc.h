@@ -93,9 +93,13 @@ struct IntakePosition {
     double pctRunoff = 0;
 };
 
+class PatternSteps;
+
 // The elliptical pattern, the two ponding searches and the runoff of one position for a soil of
-// intake K t^N and a surface storage SS (mm). Throws EngineFault.
+// intake K t^N and a surface storage SS (mm). Throws EngineFault. `steps`, when given, carries
+// what the onset search worked out of the pattern from one family slot of the position to the
+// next.
 void ComputeIntakePosition(const PositionInputs& in, double K, double N, double SS,
-                           IntakePosition& out);
+                           IntakePosition& out, PatternSteps* steps = nullptr);
 
 } // namespace rainfold

@@ -1,5 +1,6 @@
 #include "format.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -25,47 +26,67 @@ std::string FormatFixed(double x, int decimals) {
     if (!std::isfinite(x))
         return PlainNumber(x);
     // The number's 15 significant digits and the power of ten of the first one.
-    const std::string e = CharsText(std::fabs(x), std::chars_format::scientific, 14);
-    std::string digits;
-    digits += e[0];
-    digits.append(e, 2, 14);
-    const int exponent = std::stoi(e.substr(e.find('e') + 1));
+    char e[32];
+    const char* const end =
+        std::to_chars(e, e + sizeof e, std::fabs(x), std::chars_format::scientific, 14).ptr;
+    char digits[15];
+    digits[0] = e[0];
+    std::copy(e + 2, e + 16, digits + 1);
+    int exponent = 0;
+    std::from_chars(e[17] == '+' ? e + 18 : e + 17, end, exponent);
 
-    // digits * 10^(exponent - 14) * 10^decimals, rounded to a whole number, halves up.
+    // digits * 10^(exponent - 14) * 10^decimals, rounded to a whole number, halves up: at most
+    // 14 digits and a carry, or 15 and the zeros of a positive scale, then padded to one digit
+    // more than the decimals. Short enough as a rule to need no allocation.
     const int scale = exponent - 14 + decimals;
-    std::string kept;
+    std::string buffer(static_cast<size_t>(std::max(15 + std::max(scale, 0), decimals + 1)), '0');
+    char* const kept = &buffer[0];
+    size_t size = 0;
     if (scale >= 0) {
-        kept = digits + std::string(static_cast<size_t>(scale), '0');
+        std::copy(digits, digits + 15, kept);
+        size = 15 + static_cast<size_t>(scale); // the zeros are there already
     } else {
         const int cut = -scale;
         bool up = false;
         if (cut <= 15) {
-            kept = digits.substr(0, static_cast<size_t>(15 - cut));
-            up = digits[static_cast<size_t>(15 - cut)] >= '5';
+            size = static_cast<size_t>(15 - cut);
+            std::copy(digits, digits + size, kept);
+            up = digits[size] >= '5';
         }
-        if (kept.empty())
-            kept = "0";
+        if (size == 0)
+            kept[size++] = '0';
         if (up) {
-            int i = static_cast<int>(kept.size()) - 1;
-            while (i >= 0 && kept[static_cast<size_t>(i)] == '9')
-                kept[static_cast<size_t>(i--)] = '0';
-            if (i < 0)
-                kept.insert(kept.begin(), '1');
-            else
-                ++kept[static_cast<size_t>(i)];
+            size_t i = size;
+            while (i > 0 && kept[i - 1] == '9')
+                kept[--i] = '0';
+            if (i == 0) {
+                std::copy_backward(kept, kept + size, kept + size + 1);
+                kept[0] = '1';
+                ++size;
+            } else {
+                ++kept[i - 1];
+            }
         }
     }
-    if (kept.size() <= static_cast<size_t>(decimals))
-        kept.insert(0, static_cast<size_t>(decimals) + 1 - kept.size(), '0');
-    std::string whole = kept.substr(0, kept.size() - static_cast<size_t>(decimals));
-    const size_t firstNonZero = whole.find_first_not_of('0');
-    whole = firstNonZero == std::string::npos ? "0" : whole.substr(firstNonZero);
-    std::string text = whole;
-    if (decimals > 0)
-        text += "." + kept.substr(kept.size() - static_cast<size_t>(decimals));
-    const bool allZero = kept.find_first_not_of('0') == std::string::npos;
+    const size_t places = static_cast<size_t>(decimals);
+    if (size <= places) {
+        const size_t pad = places + 1 - size;
+        std::copy_backward(kept, kept + size, kept + size + pad);
+        std::fill(kept, kept + pad, '0');
+        size += pad;
+    }
+    const size_t point = size - places;
+    const bool allZero = std::all_of(kept, kept + size, [](char c) { return c == '0'; });
+    size_t first = 0;
+    while (first + 1 < point && kept[first] == '0')
+        ++first;
+    std::string text;
+    text.reserve(size - first + 2);
     if (x < 0 && !allZero)
-        text.insert(text.begin(), '-');
+        text += '-';
+    text.append(kept + first, kept + point);
+    if (decimals > 0)
+        text.append(1, '.').append(kept + point, kept + size);
     return text;
 }
 

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cmath>
+#include <vector>
 
 namespace rainfold {
 
@@ -24,9 +25,34 @@ enum SearchStatus : int {
 
 inline constexpr double kRateTolerance = 0.01; // mm/h, absolute
 
+// The application rate a and the applied depth D the onset search has worked out at the steps
+// of its passes over one pattern (H, P, S). The three family slots of a position share the
+// pattern and start their searches on the same steps, and they keep to the same steps until
+// their crossings part: every slot after the first finds much of what it needs here. A pass is
+// known by its start and step, so a value is only ever taken for the very time it was worked out
+// at.
+class PatternSteps {
+public:
+    struct Pass {
+        double t0, dt;
+        int known;                            // steps 1..known hold a and D
+        std::array<double, kNSteps + 1> a, D; // element 0 unused
+    };
+    // The pass from t0 by dt over the pattern (H, P, S), with what is known of it: nothing when
+    // the pattern differs from the last one asked for.
+    Pass& Find(double H, double P, double S, double t0, double dt);
+
+private:
+    double H_ = 0, P_ = 0, S_ = 0;
+    std::vector<Pass> passes_; // the first `used_` are this pattern's; the rest wait for reuse
+    size_t used_ = 0;
+};
+
 // One pass of the onset search. On return t, a and D are those of the last step evaluated.
+// `known`, when given, holds the pass's a and D so far and receives those it works out.
 void FindPondStart(double dt, double t0, double H, double K, double N, double S, double P,
-                   int& status, int& i, double& D, double& a, double& t);
+                   int& status, int& i, double& D, double& a, double& t,
+                   PatternSteps::Pass* known = nullptr);
 
 // One pass of the end-of-ponding search: the application rate against the capacity
 // K * (t - tshift)^N of the ponded soil.

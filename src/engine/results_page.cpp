@@ -59,7 +59,8 @@ std::string SlotFamilyName(int listIndex, int slot) {
     return kIntakeFamilyName[static_cast<size_t>(family)];
 }
 
-ResultsPage BuildResultsPage(const DesignRecord& design, const Results& res, int slot) {
+ResultsPage BuildResultsPage(const DesignRecord& design, const Results& res, int slot,
+                             PageParts parts) {
     ResultsPage page;
     const double L = Val(design.txtSYL) * kMetresPerFoot;
     const double Q0 = (Val(design.txtGPM) - 200) * kLitresPerGallon;
@@ -88,7 +89,7 @@ ResultsPage BuildResultsPage(const DesignRecord& design, const Results& res, int
         return green ? res.GAVarPctRunoff.get(c, position, 1)
                      : res.PctRunoff.get(c, position, slot);
     };
-    for (int i = 1; i <= 10; ++i) {
+    for (int i = 1; i <= 10 && parts == PageParts::All; ++i) {
         auto& row = page.grid[static_cast<size_t>(i - 1)];
         row[0] = PlainNumber(i * 0.1 * L / kMetresPerFoot);
         row[1] = PlainNumber(2 * radius);

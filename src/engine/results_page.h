@@ -32,9 +32,14 @@ struct ResultsPage {
     std::string fault; // non-empty when a fault stopped the page part-way
 };
 
+// How much of the page to build: a batch row reads the summaries around the grid and never the
+// grid's sixty texts.
+enum class PageParts { All, WithoutGrid };
+
 // Builds the page for family slot `slot` (1..3) from the design and the results record. With the
 // Green-Ampt switch on the page shows the Green-Ampt results, element 1, whatever the slot.
-ResultsPage BuildResultsPage(const DesignRecord& design, const Results& results, int slot);
+ResultsPage BuildResultsPage(const DesignRecord& design, const Results& results, int slot,
+                             PageParts parts = PageParts::All);
 
 // The family slot the results page opens on: the chosen family in the middle, except at the ends
 // of the family list ("0.1" opens on slot 1, "3.0" on slot 3).

@@ -5,6 +5,7 @@
 #include "format.h"
 
 #include <cmath>
+#include <string_view>
 #include <vector>
 
 namespace rainfold {
@@ -15,39 +16,34 @@ namespace {
 
 struct TextItem {
     const std::string* text;
-    std::string label; // how the engineer knows the field
+    std::string_view label; // how the engineer knows the field
 };
 
 class RecordWriter {
 public:
     bool Texts(std::initializer_list<TextItem> items) {
-        std::string line;
+        // Written straight into the file's bytes: a refused text fails the whole file.
+        std::string refused;
         for (const TextItem& item : items) {
-            if (!line.empty() || &item != items.begin())
-                line += ',';
-            std::string bytes, refused;
-            if (item.text->find('"') != std::string::npos) {
-                error_ = "the " + item.label +
-                         " contains a double quote, which a design file cannot hold.";
-                return false;
-            }
-            // A line break inside a text would end its record early and shift every later one.
-            if (item.text->find_first_of("\r\n") != std::string::npos) {
-                error_ = "the " + item.label +
-                         " contains a line break, which a design file cannot hold.";
-                return false;
-            }
-            if (!Utf8ToCp1252(*item.text, bytes, refused)) {
-                // A malformed byte is not worth showing; a character the user typed is.
-                error_ = "the " + item.label + " contains " +
-                         (refused.size() > 1 ? "the character \"" + refused + "\", which"
-                                             : std::string("a character that")) +
+            if (&item != items.begin())
+                bytes_ += ',';
+            const auto refuse = [&](const std::string& what) {
+                error_ = std::string("the ").append(item.label) + " contains " + what +
                          " a design file cannot hold.";
                 return false;
-            }
-            line += '"' + bytes + '"';
+            };
+            if (item.text->find('"') != std::string::npos)
+                return refuse("a double quote, which");
+            // A line break inside a text would end its record early and shift every later one.
+            if (item.text->find_first_of("\r\n") != std::string::npos)
+                return refuse("a line break, which");
+            // A malformed byte is not worth showing; a character the user typed is.
+            if (!Utf8ToCp1252(*item.text, text_, refused))
+                return refuse(refused.size() > 1 ? "the character \"" + refused + "\", which"
+                                                 : "a character that");
+            bytes_.append(1, '"').append(text_).append(1, '"');
         }
-        bytes_ += line + "\r\n";
+        bytes_ += "\r\n";
         return true;
     }
     void Number(int value) { bytes_ += std::to_string(value) + "\r\n"; }
@@ -57,6 +53,7 @@ public:
 
 private:
     std::string bytes_;
+    std::string text_; // one text in the file's code page
     std::string error_;
 };
 
@@ -99,8 +96,8 @@ size_t SplitItems(const std::string& line, size_t keep, std::vector<Item>& items
                 --to;
         }
         if (count++ < keep) {
-            item.text = line.substr(from, to - from);
-            items.push_back(item);
+            item.text.assign(line, from, to - from);
+            items.push_back(std::move(item));
         }
         if (i >= line.size())
             break;
@@ -131,7 +128,8 @@ public:
         if (next_ >= bytes_.size())
             return Fail("the file ends before record " + name + ".");
         const size_t end = bytes_.find('\n', next_);
-        std::string line = bytes_.substr(next_, end == std::string::npos ? end : end - next_);
+        std::string& line = line_;
+        line.assign(bytes_, next_, end == std::string::npos ? end : end - next_);
         next_ = end == std::string::npos ? bytes_.size() : end + 1;
         if (!line.empty() && line.back() == '\r')
             line.pop_back();
@@ -152,7 +150,7 @@ public:
     }
 
     bool Texts(const std::string& name, std::initializer_list<std::string*> fields) {
-        std::vector<Item> items;
+        std::vector<Item>& items = items_;
         if (!Record(name, fields.size(), items))
             return false;
         size_t k = 0;
@@ -163,7 +161,7 @@ public:
 
     // A whole number within [low, high]; an empty item reads as 0.
     bool Number(const std::string& name, const std::string& what, int low, int high, int& value) {
-        std::vector<Item> items;
+        std::vector<Item>& items = items_;
         if (!Record(name, 1, items))
             return false;
         const std::string& text = items[0].text;
@@ -189,7 +187,9 @@ public:
 private:
     const std::string& bytes_;
     std::string file_;
-    size_t next_ = 0; // where the next record starts
+    size_t next_ = 0;         // where the next record starts
+    std::string line_;        // the record in hand
+    std::vector<Item> items_; // and its items
     std::string error_;
 };
 
@@ -265,7 +265,7 @@ FileOutcome ParseDesign(const std::string& bytes, const std::string& fileName,
                               &d.txtOmega});
     if (!ok)
         return {false, r.error()};
-    design = d;
+    design = std::move(d);
     return {};
 }
 

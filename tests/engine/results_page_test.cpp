@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 namespace rainfold {
 namespace {
@@ -73,6 +74,23 @@ TEST(ResultsPage, IntakeFamilyPage) {
     EXPECT_EQ(stopped.lblGPM[1], "900");   // written before the fault, kept
     EXPECT_EQ(stopped.grid[9][3], "12.3"); // the grid comes before the averages
     EXPECT_EQ(stopped.txtWARP[0], "");
+}
+
+// A batch row asks for the page without its grid: everything else is the whole page's, the fault
+// of a zero length included.
+TEST(ResultsPage, WithoutTheGridTheRestIsTheWholePage) {
+    for (const char* length : {"1320", "0"}) {
+        DesignRecord d = Design();
+        d.txtSYL = length;
+        const ResultsPage all = BuildResultsPage(d, Record(), 2);
+        const ResultsPage part = BuildResultsPage(d, Record(), 2, PageParts::WithoutGrid);
+        const auto summary = [](const ResultsPage& p) {
+            return std::tie(p.lblGPM, p.txtHours, p.txtHPV, p.txtTPV, p.lblIntakeFamily, p.txtWARP,
+                            p.WeightedRunoff, p.fault);
+        };
+        EXPECT_TRUE(summary(part) == summary(all)) << length;
+        EXPECT_EQ(part.grid, decltype(part.grid){}) << length;
+    }
 }
 
 TEST(ResultsPage, GreenAmptPageReadsElementOneWhateverTheSlot) {
