@@ -120,12 +120,12 @@ void AddChartCommand(CLI::App& app, int& exitCode) {
         ->add_option("--case", options->capacity,
                      "capacity case charted: 1 (capacity - 100 gpm), 2 (as entered, the default) "
                      "or 3 (capacity + 100 gpm)")
-        ->check(CLI::Range(1, 3).description(""))
+        ->check(WholeNumberIn(1, 3))
         ->type_name("C");
     command
         ->add_option("--position", options->position,
                      "position charted, 1 to 10 counted from the pivot (default 10)")
-        ->check(CLI::Range(1, 10).description(""))
+        ->check(WholeNumberIn(1, 10))
         ->type_name("P");
     AddModelOptions(*command, options->model);
     AddJsonOption(*command, *output,

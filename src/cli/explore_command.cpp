@@ -157,10 +157,10 @@ void AddExploreCommand(CLI::App& app, int& exitCode, const ExplorePicture& pictu
         ->check(CLI::IsMember({"depth", "storage"}).description(""))
         ->type_name("depth|storage");
     command->add_option("--columns", options->columns, "wetted diameters, 2 to 1000 (default 60)")
-        ->check(CLI::Range(2, 1000).description(""))
+        ->check(WholeNumberIn(2, 1000))
         ->type_name("N");
     command->add_option("--rows", options->rows, "depths or storages, 2 to 1000 (default 40)")
-        ->check(CLI::Range(2, 1000).description(""))
+        ->check(WholeNumberIn(2, 1000))
         ->type_name("M");
     AddJsonOption(*command, *output, "print the map and the answers as one JSON object");
     command->add_flag("--csv", options->csv,

@@ -114,13 +114,13 @@ void AddPrintCommand(CLI::App& app, int& exitCode, Page kind) {
         ->add_option("--case", options->capacity,
                      "capacity case shown: 1 (capacity - 100 gpm), 2 (as entered, the default) "
                      "or 3 (capacity + 100 gpm)")
-        ->check(CLI::Range(1, 3).description(""))
+        ->check(WholeNumberIn(1, 3))
         ->type_name("C");
     if (plot)
         command
             ->add_option("--position", options->position,
                          "position charted, 1 to 10 counted from the pivot (default 10)")
-            ->check(CLI::Range(1, 10).description(""))
+            ->check(WholeNumberIn(1, 10))
             ->type_name("P");
     command->callback(
         [options, output, kind, &exitCode] { exitCode = Run(kind, *options, *output); });

@@ -122,6 +122,21 @@ with tempfile.TemporaryDirectory() as folder:
         except ValueError:
             check(label + " error object", False, out)
 
+    # Whole-number options of every command: what is not a number is told apart from what is out
+    # of range.
+    pdf = os.path.join(folder, "out.pdf")
+    for command, option, text, said in (
+            (["chart", a], "--case", "abc", "--case: abc is not a whole number"),
+            (["chart", a], "--position", "2.5", "--position: 2.5 is not a whole number"),
+            (["chart", a], "--position", "11", "--position: Value 11 not in range 1 to 10"),
+            (["report", a, "--pdf", pdf], "--case", "x", "--case: x is not a whole number"),
+            (["plot", a, "--pdf", pdf], "--position", "0", "--position: Value 0 not in range"),
+            (["explore", a, "--json"], "--columns", "1e2", "--columns: 1e2 is not a whole number"),
+            (["explore", a, "--json"], "--rows", "1001", "--rows: Value 1001 not in range 2 to")):
+        p = subprocess.run([cli, *command, option, text], capture_output=True, text=True)
+        check(" ".join([command[0], option, text]), p.returncode == 64 and said in p.stderr
+              and not os.path.exists(pdf), p.stderr.strip())
+
 # Every cell of every shipped example draws under both models.
 examples = sys.argv[2]
 for name in sorted(n for n in os.listdir(examples) if n.endswith(".rfd")):
